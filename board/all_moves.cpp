@@ -1,0 +1,62 @@
+#include "board/all_moves.h"
+
+#include "board/attacks.h"
+#include "board/make_move.h"
+#include "board/movegen.h"
+
+namespace vorlek {
+
+void GenerateAllMoves(const Position& p, FlatMoveList& list) {
+  ScoredMoveList captures;
+  MoveList checks;
+  MoveSetList sets;
+  captures.count = checks.count = sets.count = 0;
+  GenerateCaptures(p, captures);
+  GenerateQuiets(p, sets, checks);
+  list.count = 0;
+  for (int i = 0; i < captures.count; ++i) list.moves[list.count++] = captures.entries[i].move;
+  for (int i = 0; i < checks.count; ++i) list.moves[list.count++] = checks.moves[i];
+  for (int i = 0; i < sets.count; ++i) {
+    ForEachSquare(sets.entries[i].targets,
+                  [&](int to) { list.moves[list.count++] = WithTarget(sets.entries[i].head, to); });
+  }
+}
+
+namespace {
+
+// After a move the record is seen from the opponent; turn it back to the mover to ask about its king.
+bool MoverInCheck() {
+  FlipBoard(*current);
+  const bool attacked = InCheck();
+  FlipBoard(*current);
+  return attacked;
+}
+
+}  // namespace
+
+bool MakeMoveIfLegal(Move move) {
+  MakeMove(move);
+  if (MoverInCheck()) {
+    TakeBack();
+    return false;
+  }
+  return true;
+}
+
+bool IsLegalMove(Move move) {
+  MakeMove(move);
+  const bool legal = !MoverInCheck();
+  TakeBack();
+  return legal;
+}
+
+bool HasLegalMove() {
+  FlatMoveList list;
+  GenerateAllMoves(*current, list);
+  for (int i = 0; i < list.count; ++i) {
+    if (IsLegalMove(list.moves[i])) return true;
+  }
+  return false;
+}
+
+}  // namespace vorlek

@@ -1,0 +1,33 @@
+#include "game/game_state.h"
+
+#include <cstdarg>
+
+#include "board/history.h"
+#include "board/position.h"
+#include "search/hash_table.h"
+#include "search/search.h"
+
+namespace vorlek {
+
+void WriteLog(const char* format, ...) {
+  if (!logFile) return;
+  va_list args;
+  va_start(args, format);
+  std::vfprintf(logFile, format, args);
+  va_end(args);
+  std::fflush(logFile);
+}
+
+void NewGame() {
+  current = PositionStack;
+  *current = InitialPosition();
+  droppedPlies = 0;
+  ClearHashTable();
+  useBook = 1;
+  levelMoves = 0;
+  engineTime = 30000;
+  opponentTime = 30000;
+  searchDepth = 4;
+}
+
+}  // namespace vorlek

@@ -1,0 +1,127 @@
+#include "search/search.h"
+
+#include "board/attacks.h"
+#include "board/make_move.h"
+#include "board/movegen.h"
+#include "search/evaluation.h"
+#include "search/hash_table.h"
+
+namespace vorlek {
+
+namespace {
+
+// Takes the first entry with the greatest order value out of the list; the last entry fills its slot.
+inline Move PickBest(ScoredMoveList& list) {
+  int best = 0;
+  for (int i = 1; i < list.count; ++i) {
+    if (list.entries[i].order > list.entries[best].order) best = i;
+  }
+  const Move move = list.entries[best].move;
+  list.entries[best] = list.entries[--list.count];
+  return move;
+}
+
+}  // namespace
+
+int Quiesce(int alpha, int beta) {
+  ++nodes;
+  const Position& p = *current;
+  const int standPat = Evaluate(p);
+  if (standPat >= beta) return standPat;
+  int best = standPat > alpha ? standPat : alpha;
+
+  ScoredMoveList list;
+  list.count = 0;
+  GenerateCaptures(p, list);
+  if (list.count == 0) return best;
+  Move move = PickBest(list);
+  if (CapturedPiece(move) == KING) return ILLEGAL_SCORE;
+  for (;;) {
+    MakeMove(move);
+    const int value = -Quiesce(-beta, -best);
+    TakeBack();
+    if (value >= beta) return value;
+    if (value > best) best = value;
+    if (list.count == 0) return best;
+    move = PickBest(list);
+  }
+}
+
+int Search(int depth, int alpha, int beta) {
+  ++nodes;
+  const Position& p = *current;
+  if (p.repetition == 2) return 0;
+  if (p.fifty > 100) return 0;
+  if (p.fifty == 100 && !InCheck(p)) return 0;
+  if (depth == 0) return Quiesce(alpha, beta);
+
+  Move bestMove = MOVE_NONE;
+  bool noLegalMove = true;
+  // A remembered move is trusted only when the generators would produce it here.
+  Move hashMove = ProbeHashMove(p.key);
+  if (hashMove && !IsGeneratedMove(p, hashMove)) hashMove = MOVE_NONE;
+
+  // Searches one move; true when it cuts the node off.
+  auto searchMove = [&](Move move) {
+    MakeMove(move);
+    const int score = -Search(depth - 1, -beta, -alpha);
+    TakeBack();
+    if (score != -ILLEGAL_SCORE) noLegalMove = false;
+    if (score > alpha) {
+      alpha = score;
+      bestMove = move;
+    }
+    return alpha >= beta;
+  };
+
+  if (hashMove && searchMove(hashMove)) {
+    StoreHashMove(p.key, bestMove);
+    return alpha;
+  }
+
+  {
+    ScoredMoveList captures;
+    captures.count = 0;
+    GenerateCaptures(p, captures);
+    bool first = true;
+    while (captures.count > 0) {
+      const Move move = PickBest(captures);
+      if (first && CapturedPiece(move) == KING) return ILLEGAL_SCORE;
+      first = false;
+      if (move == hashMove) continue;
+      if (searchMove(move)) {
+        StoreHashMove(p.key, bestMove);
+        return alpha;
+      }
+    }
+  }
+
+  MoveList checks;
+  MoveSetList sets;
+  checks.count = sets.count = 0;
+  GenerateQuiets(p, sets, checks);
+  for (int i = checks.count - 1; i >= 0; --i) {
+    const Move move = checks.moves[i];
+    if (move == hashMove) continue;
+    if (searchMove(move)) {
+      StoreHashMove(p.key, bestMove);
+      return alpha;
+    }
+  }
+  for (int i = sets.count - 1; i >= 0; --i) {
+    for (Bitboard targets = sets.entries[i].targets; targets; targets &= targets - 1) {
+      const Move move = WithTarget(sets.entries[i].head, LowestSquare(targets));
+      if (move == hashMove) continue;
+      if (searchMove(move)) {
+        StoreHashMove(p.key, bestMove);
+        return alpha;
+      }
+    }
+  }
+
+  if (noLegalMove) return InCheck(p) ? -(MATE_SCORE + depth) : 0;
+  if (bestMove) StoreHashMove(p.key, bestMove);
+  return alpha;
+}
+
+}  // namespace vorlek
