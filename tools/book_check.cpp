@@ -1,0 +1,2 @@
+// Placeholder until this tool is written.
+int main() { return 0; }
