@@ -7,9 +7,11 @@
 #include "board/init_tables.h"
 #include "board/position.h"
 #include "game/book.h"
+#include "game/book_file.h"
 #include "game/console_board.h"
 #include "game/game_end.h"
 #include "game/game_state.h"
+#include "game/line_reader.h"
 #include "game/user_move.h"
 #include "search/think.h"
 
@@ -19,32 +21,6 @@ namespace {
 
 constexpr char FEATURE_LINE[] =
     "feature setboard=1 playother=1 sigint=0 analyze=0 colors=0 time=1 myname=\"Vorlek\" done=1";
-
-enum class LineRead { END_OF_INPUT, LINE, TOO_LONG };
-
-// Reads one line without its newline into `line` (LINE_SIZE bytes). A line of more than
-// LINE_SIZE - 2 characters is read to its end and reported as TOO_LONG, its beginning kept.
-// Input that ends in the middle of a line gives that line. `newline` tells whether one ended it.
-LineRead ReadLine(FILE* in, char* line, bool& newline) {
-  int length = 0;
-  bool tooLong = false;
-  int c;
-  newline = false;
-  while ((c = std::getc(in)) != EOF) {
-    if (c == '\n') {
-      newline = true;
-      break;
-    }
-    if (length < LINE_SIZE - 2) {
-      line[length++] = static_cast<char>(c);
-    } else {
-      tooLong = true;
-    }
-  }
-  line[length] = '\0';
-  if (c == EOF && length == 0 && !tooLong) return LineRead::END_OF_INPUT;
-  return tooLong ? LineRead::TOO_LONG : LineRead::LINE;
-}
 
 // Reads the numbers of a line the way the C library's scanf does for a format made of literal
 // characters, blanks (any run of white space, also none) and %d; numbers beyond the range of an int
@@ -122,26 +98,19 @@ bool Handshake(FILE* in, FILE* out) {
 
 // Returns false when the book is missing or a line of it is bad; the message has been printed.
 bool LoadBook(FILE* out) {
-  std::memset(Aperture, 0, sizeof Aperture);
   FILE* book = std::fopen("Aperture.txt", "r");
   if (!book) {
     std::fprintf(out, "File delle aperture non trovato!\n");
     std::fflush(out);
     return false;
   }
-  char line[LINE_SIZE];
-  bool newline;
-  for (LineRead r; (r = ReadLine(book, line, newline)) != LineRead::END_OF_INPUT;) {
-    // A line longer than the buffer cannot be read as a variation: it counts as a bad move.
-    const BookStatus status = r == LineRead::TOO_LONG ? BookStatus::BAD_MOVE : LoadBookLine(line).status;
-    if (status != BookStatus::OK) {
-      std::fclose(book);
-      std::fprintf(out, "%s", BookFailureMessage(status));
-      std::fflush(out);
-      return false;
-    }
-  }
+  const BookStatus status = LoadBookFile(book).status;
   std::fclose(book);
+  if (status != BookStatus::OK) {
+    std::fprintf(out, "%s", BookFailureMessage(status));
+    std::fflush(out);
+    return false;
+  }
   return true;
 }
 
