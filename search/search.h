@@ -13,6 +13,7 @@ constexpr int MAX_SEARCH_DEPTH = 32;
 inline uint64_t nodes = 0;    // nodes of the current iteration
 inline int useBook = 1;       // book moves are still looked for
 inline int searchDepth = 4;   // depth of the iteration being searched; carried from move to move
+inline int maxSearchDepth = MAX_SEARCH_DEPTH;  // no iteration goes deeper; tools may lower it
 
 // Score of the current position searched `depth` plies deep within (alpha, beta), side to move's view.
 int Search(int depth, int alpha, int beta);

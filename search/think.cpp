@@ -143,7 +143,7 @@ Move IterativeDeepening(int levelMoves, int engineTime, int opponentTime) {
     std::fflush(engineOut);
     ++searchDepth;
     const bool mate = score < -14999 || score > 14999;
-    if (elapsed >= allotment.iterationLimit || searchDepth > MAX_SEARCH_DEPTH || mate) break;
+    if (elapsed >= allotment.iterationLimit || searchDepth > maxSearchDepth || mate) break;
   }
   std::fprintf(engineOut, "\n");
   std::fflush(engineOut);
