@@ -1,0 +1,129 @@
+// Console mode as a person at a terminal sees it: the real engine on a pseudo-terminal, the prompt
+// before every command and the board drawn after every command, compared byte for byte.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "support/engine_process.h"
+
+namespace vorlek::test {
+namespace {
+
+const std::string PROMPT = "Comando: ";
+
+// The initial position exactly as it is drawn: white at the bottom, one letter centred in each cell.
+const std::string INITIAL_BOARD =
+    "\n"
+    "\n"
+    "  +---+---+---+---+---+---+---+---+\n"
+    "8 | t | c | a | d | r | a | c | t |\n"
+    "  +---+---+---+---+---+---+---+---+\n"
+    "7 | p | p | p | p | p | p | p | p |\n"
+    "  +---+---+---+---+---+---+---+---+\n"
+    "6 |   |   |   |   |   |   |   |   |\n"
+    "  +---+---+---+---+---+---+---+---+\n"
+    "5 |   |   |   |   |   |   |   |   |\n"
+    "  +---+---+---+---+---+---+---+---+\n"
+    "4 |   |   |   |   |   |   |   |   |\n"
+    "  +---+---+---+---+---+---+---+---+\n"
+    "3 |   |   |   |   |   |   |   |   |\n"
+    "  +---+---+---+---+---+---+---+---+\n"
+    "2 | P | P | P | P | P | P | P | P |\n"
+    "  +---+---+---+---+---+---+---+---+\n"
+    "1 | T | C | A | D | R | A | C | T |\n"
+    "  +---+---+---+---+---+---+---+---+\n"
+    "\n"
+    "    A   B   C   D   E   F   G   H\n"
+    "\n";
+
+// The drawing of a board given as eight rows of eight characters, rank 8 first.
+std::string Board(const std::array<std::string, 8>& rows) {
+  const std::string border = "  +---+---+---+---+---+---+---+---+\n";
+  std::string text = "\n\n" + border;
+  for (int i = 0; i < 8; ++i) {
+    text += std::to_string(8 - i) + " |";
+    for (char square : rows[i]) text += std::string(" ") + square + " |";
+    text += "\n" + border;
+  }
+  return text + "\n    A   B   C   D   E   F   G   H\n\n";
+}
+
+const std::string AFTER_E4 =
+    Board({"tcadract", "pppppppp", "        ", "        ", "    P   ", "        ", "PPPP PPP", "TCADRACT"});
+const std::string AFTER_E4_E5 =
+    Board({"tcadract", "pppp ppp", "        ", "    p   ", "    P   ", "        ", "PPPP PPP", "TCADRACT"});
+
+void ExpectCleanExit(const EngineRun& run) {
+  EXPECT_FALSE(run.hung);
+  EXPECT_TRUE(run.exited);
+  EXPECT_EQ(run.exitStatus, 0);
+}
+
+TEST(ConsoleBoard, DrawingHasTheFixedSizeAndFrame) {
+  EXPECT_EQ(INITIAL_BOARD.size(), 650u);
+  EXPECT_EQ(Board({"tcadract", "pppppppp", "        ", "        ", "        ", "        ", "PPPPPPPP", "TCADRACT"}),
+            INITIAL_BOARD);
+}
+
+struct ConsoleCase {
+  const char* name;
+  std::vector<std::string> lines;
+  bool endInput;
+  std::string output;
+  std::optional<std::string> log;
+};
+
+class Console : public ::testing::TestWithParam<ConsoleCase> {};
+
+TEST_P(Console, PromptsAndDrawsAfterEveryCommand) {
+  const EngineRun run = RunOnTerminal(GetParam().lines, SMALL_BOOK, GetParam().endInput);
+  ExpectCleanExit(run);
+  EXPECT_EQ(run.output, GetParam().output);
+  EXPECT_EQ(run.log, GetParam().log);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sessions, Console,
+    ::testing::Values(
+        // No board before the first command.
+        ConsoleCase{"PromptFirst", {}, true, PROMPT, ""},
+        ConsoleCase{"QuitDrawsOnceMore", {"quit"}, false, PROMPT + INITIAL_BOARD + PROMPT, ""},
+        // Black to move, and the board is still drawn with white at the bottom.
+        ConsoleCase{"WhitesMove",
+                    {"e2e4", "quit"},
+                    false,
+                    PROMPT + AFTER_E4 + PROMPT + AFTER_E4 + PROMPT,
+                    "Avversario: e2e4\n"},
+        ConsoleCase{"EndOfInputAfterMove", {"e2e4"}, true, PROMPT + AFTER_E4 + PROMPT, "Avversario: e2e4\n"},
+        ConsoleCase{"EngineAnswersBeforeTheBoard",
+                    {"new", "e2e4", "quit"},
+                    false,
+                    PROMPT + INITIAL_BOARD + PROMPT + "move e7e5 \n" + AFTER_E4_E5 + PROMPT + AFTER_E4_E5 + PROMPT,
+                    "Avversario: e2e4\nVorlek: e7e5 \n"},
+        ConsoleCase{"RepliesBeforeTheBoard",
+                    {"hello", "e2e5", "quit"},
+                    false,
+                    PROMPT + "Error(comando non previsto): hello\n" + INITIAL_BOARD + PROMPT +
+                        "Illegal move(Pezzo non di turno o casa vuota o casa di destinazione non valida): e2e5\n" +
+                        INITIAL_BOARD + PROMPT + INITIAL_BOARD + PROMPT,
+                    ""},
+        // An emptied square shows as a blank again in the next drawing.
+        ConsoleCase{"NewRedrawsEverySquare",
+                    {"e2e4", "new", "quit"},
+                    false,
+                    PROMPT + AFTER_E4 + PROMPT + INITIAL_BOARD + PROMPT + INITIAL_BOARD + PROMPT,
+                    "Avversario: e2e4\n"}),
+    [](const auto& info) { return info.param.name; });
+
+TEST(ConsoleStartUp, MissingBookEndsAfterThePrompt) {
+  const EngineRun run = RunOnTerminal({"new"}, std::nullopt);
+  ExpectCleanExit(run);
+  EXPECT_EQ(run.output, PROMPT + "File delle aperture non trovato!\n");
+  EXPECT_FALSE(run.log.has_value());
+}
+
+}  // namespace
+}  // namespace vorlek::test
