@@ -71,18 +71,35 @@ inline bool PathAttacked(const Position& p, Bitboard path, Bitboard knightSquare
   return attacked;
 }
 
+// The own king on e1 and the own rook on its corner. The rights of a position reached by moves imply
+// them; those of a set-up position need not, and castling without them would make pieces appear.
+inline bool CastlingPiecesHome(const Position& p, int rookSquare) {
+  const Bitboard kings = p.own & p.type1 & p.type2;
+  const Bitboard rooks = p.own & p.type2 & ~p.type0 & ~p.type1;
+  return (kings & SquareBit(4)) && (rooks & SquareBit(rookSquare));
+}
+
+// The opponent's pawn that has just made its double step and the empty square it passed. A position
+// reached by moves always has them; the en-passant field of a set-up position need not.
+inline bool EnPassantTargetHeld(const Position& p) {
+  const int t = 40 + p.epFile;
+  const Bitboard occupancy = Occupancy(p);
+  const Bitboard opponentPawns = (occupancy ^ p.own) & p.type0 & ~p.type1 & ~p.type2;
+  return (opponentPawns & SquareBit(t - 8)) && !(occupancy & SquareBit(t));
+}
+
 }  // namespace detail
 
-// Castling is generated only when fully allowed: the right, the empty squares between king and rook,
-// and no enemy attack on the king's square, the square it crosses or the one it lands on. The rights
-// imply that the rook stands on its corner.
+// Castling is generated only when fully allowed: the right, king and rook on their squares, the empty
+// squares between them, and no enemy attack on the king's square, the square it crosses or the one it
+// lands on.
 inline bool CanCastleQueenSide(const Position& p) {
-  return (p.castling & 0x01) && !(Occupancy(p) & 0x0eULL) &&
+  return (p.castling & 0x01) && detail::CastlingPiecesHome(p, 0) && !(Occupancy(p) & 0x0eULL) &&
          !detail::PathAttacked(p, detail::QUEEN_SIDE_PATH, detail::QUEEN_SIDE_KNIGHTS, detail::QUEEN_SIDE_PAWNS,
                                detail::QUEEN_SIDE_KINGS);
 }
 inline bool CanCastleKingSide(const Position& p) {
-  return (p.castling & 0x02) && !(Occupancy(p) & 0x60ULL) &&
+  return (p.castling & 0x02) && detail::CastlingPiecesHome(p, 7) && !(Occupancy(p) & 0x60ULL) &&
          !detail::PathAttacked(p, detail::KING_SIDE_PATH, detail::KING_SIDE_KNIGHTS, detail::KING_SIDE_PAWNS,
                                detail::KING_SIDE_KINGS);
 }
@@ -94,7 +111,7 @@ inline void GenerateCaptures(const Position& p, ScoredMoveList& list) {
   const Bitboard opponent = occupancy ^ own;
   const Bitboard pawns = own & p.type0 & ~p.type1 & ~p.type2;
 
-  if (p.epFile != EP_NONE) {
+  if (p.epFile != EP_NONE && detail::EnPassantTargetHeld(p)) {
     const int t = 40 + p.epFile;
     if (FileOf(t) != 0 && (pawns & SquareBit(t - 9))) detail::AddCapture(list, KIND_EN_PASSANT, t - 9, t, 0, 21);
     if (FileOf(t) != 7 && (pawns & SquareBit(t - 7))) detail::AddCapture(list, KIND_EN_PASSANT, t - 7, t, 0, 21);
@@ -259,6 +276,7 @@ inline bool IsGeneratedMove(const Position& p, Move m) {
              promotion >= KNIGHT && promotion <= QUEEN;
     case KIND_EN_PASSANT:
       return ownPawnFrom && extra == 0 && p.epFile != EP_NONE && to == 40 + p.epFile &&
+             detail::EnPassantTargetHeld(p) &&
              ((from == to - 9 && FileOf(to) != 0) || (from == to - 7 && FileOf(to) != 7));
     case KIND_CASTLE_KING_SIDE:
       return m == MOVE_CASTLE_KING_SIDE && CanCastleKingSide(p);
