@@ -62,9 +62,9 @@ inline void ClearSquare(Position& p, Bitboard square) {
 // Plays `move` onto the record after `current` and makes it current, seen from the new side to move.
 // The move is trusted: only generated, book and remembered moves are passed.
 inline void MakeMove(Move move) {
-  Position& p = *(current + 1);
-  p = *current;
-  current = &p;
+  // The new record is built in a local copy and written once: changing the record in place right
+  // after copying it makes the processor wait for its own stores.
+  Position p = *current;
 
   const int kind = MoveKind(move);
   const int from = MoveFrom(move), to = MoveTo(move), extra = MoveExtra(move);
@@ -197,7 +197,9 @@ inline void MakeMove(Move move) {
       break;
     }
     default:
-      return;  // not a move: the new record is an unchanged copy, same side to move
+      // Not a move: the new record is an unchanged copy, same side to move.
+      *++current = p;
+      return;
   }
 
   FlipBoard(p);
@@ -205,15 +207,16 @@ inline void MakeMove(Move move) {
   if (kind >= KNIGHT && kind <= KING) {
     // Same position earlier, same side to move, within the plies the fifty counter covers.
     p.repetition = 0;
-    const int reach = std::min<int>(p.fifty, StackIndex(&p));
+    const int reach = std::min<int>(p.fifty, StackIndex(current) + 1);
     for (int distance = 2; distance <= reach; distance += 2) {
-      const Position& earlier = *(&p - distance);
+      const Position& earlier = *(current + 1 - distance);
       if (earlier.key == p.key) {
         p.repetition = static_cast<uint8_t>(earlier.repetition + 1);
         break;
       }
     }
   }
+  *++current = p;
 }
 
 // Takes the last move back.

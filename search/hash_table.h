@@ -17,8 +17,11 @@ constexpr size_t HASH_TABLE_SIZE = size_t{1} << 26;
 
 extern HashEntry HashTable[HASH_TABLE_SIZE];
 
-// True once something has been stored since the table was last cleared.
-inline bool hashTableWritten = false;
+// Which 1 KiB chunks of the table (64 entries each) were stored into since the last clear, one bit
+// per chunk, so that clearing after a short search does not sweep the whole gigabyte.
+constexpr int HASH_CHUNK_SHIFT = 6;
+constexpr size_t HASH_CHUNK_WORDS = (HASH_TABLE_SIZE >> HASH_CHUNK_SHIFT) / 64;
+extern uint64_t hashChunksWritten[HASH_CHUNK_WORDS];
 
 inline HashEntry& HashEntryFor(uint64_t key) { return HashTable[key & HASH_MASK]; }
 
@@ -30,11 +33,15 @@ inline Move ProbeHashMove(uint64_t key) {
 
 // Always replaces whatever the entry held.
 inline void StoreHashMove(uint64_t key, Move move) {
-  HashEntry& e = HashEntryFor(key);
-  e.key = key;
-  e.move = move;
-  hashTableWritten = true;
+  const size_t index = key & HASH_MASK;
+  HashTable[index].key = key;
+  HashTable[index].move = move;
+  const size_t chunk = index >> HASH_CHUNK_SHIFT;
+  hashChunksWritten[chunk / 64] |= uint64_t{1} << (chunk % 64);
 }
+
+// Asks the memory system for the entry of `key` ahead of its probe.
+inline void PrefetchHashEntry(uint64_t key) { __builtin_prefetch(&HashEntryFor(key)); }
 
 // Sets every entry's key to 0; the move words keep their contents.
 void ClearHashTable();

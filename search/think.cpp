@@ -88,6 +88,11 @@ TimeAllotment ComputeTimeAllotment(int levelMoves, int engineTime, int opponentT
   return t;
 }
 
+void FormatThinkingLine(char* line, size_t size, int depth, int score, int64_t elapsed, uint64_t nodeCount) {
+  std::snprintf(line, size, "%3d%8d%5d%02d%12ld%s", depth, score, static_cast<int>(elapsed / 1000000),
+                static_cast<int>(elapsed % 1000000 / 10000), static_cast<long>(nodeCount), " ");
+}
+
 int SearchIteration(int depth) {
   nodes = 0;
   return Search(depth, -(MATE_SCORE + depth), MATE_SCORE + depth);
@@ -123,8 +128,7 @@ Move RootMove() {
 }
 
 Move IterativeDeepening(int levelMoves, int engineTime, int opponentTime) {
-  const TimeAllotment allotment =
-      ComputeTimeAllotment(levelMoves, engineTime, opponentTime, GamePly(), current->side);
+  const TimeAllotment allotment = ComputeTimeAllotment(levelMoves, engineTime, opponentTime, GamePly(), current->side);
   timeval start;
   gettimeofday(&start, nullptr);
   searchDepth = searchDepth <= 3 ? 1 : searchDepth - 3;
@@ -132,8 +136,7 @@ Move IterativeDeepening(int levelMoves, int engineTime, int opponentTime) {
     const int score = SearchIteration(searchDepth);
     const int64_t elapsed = ElapsedMicroseconds(start);
     char line[512];
-    std::snprintf(line, sizeof line, "%3d%8d%5d%02d%12ld%s", searchDepth, score, static_cast<int>(elapsed / 1000000),
-                  static_cast<int>(elapsed % 1000000 / 10000), static_cast<long>(nodes), " ");
+    FormatThinkingLine(line, sizeof line, searchDepth, score, elapsed, nodes);
     AppendPrincipalVariation(line, sizeof line, searchDepth);
     if (logFile) {
       std::fprintf(logFile, "%s\n", line);

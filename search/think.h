@@ -28,6 +28,10 @@ struct TimeAllotment {
 // The allotment for the side to move at game ply `ply`.
 TimeAllotment ComputeTimeAllotment(int levelMoves, int engineTime, int opponentTime, int ply, int side);
 
+// The numbers of a thinking line: depth, score, elapsed time as seconds and hundredths (microseconds
+// given), nodes, then one blank, ready for the principal variation.
+void FormatThinkingLine(char* line, size_t size, int depth, int score, int64_t elapsed, uint64_t nodeCount);
+
 // One iteration at `depth`: nodes reset, full window for every mate score.
 int SearchIteration(int depth);
 
