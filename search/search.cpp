@@ -75,8 +75,9 @@ int Search(int depth, int alpha, int beta) {
     return alpha >= beta;
   };
 
-  // From depth 2 on the children probe the table: each child's entry is asked for while the move
-  // before it is searched, so that the probe finds it in the cache.
+  // From depth 2 on the children probe the table. Their entries are asked for together, as soon as
+  // their moves are known, so that the memory system fetches them side by side while the first ones
+  // are searched.
   const bool prefetch = depth >= 2;
 
   if (hashMove) {
@@ -91,20 +92,18 @@ int Search(int depth, int alpha, int beta) {
     ScoredMoveList captures;
     captures.count = 0;
     GenerateCaptures(p, captures);
-    if (captures.count > 0) {
-      Move move = PickBest(captures);
-      if (CapturedPiece(move) == KING) return ILLEGAL_SCORE;
-      if (prefetch) PrefetchHashEntry(ChildKey(p, move));
-      for (;;) {
-        // The picks do not depend on the scores, so the next one can be taken early.
-        const Move next = captures.count > 0 ? PickBest(captures) : MOVE_NONE;
-        if (prefetch && next) PrefetchHashEntry(ChildKey(p, next));
-        if (move != hashMove && searchMove(move)) {
-          StoreHashMove(p.key, bestMove);
-          return alpha;
-        }
-        if (!next) break;
-        move = next;
+    if (prefetch) {
+      for (int i = 0; i < captures.count; ++i) PrefetchHashEntry(ChildKey(p, captures.entries[i].move));
+    }
+    bool first = true;
+    while (captures.count > 0) {
+      const Move move = PickBest(captures);
+      if (first && CapturedPiece(move) == KING) return ILLEGAL_SCORE;
+      first = false;
+      if (move == hashMove) continue;
+      if (searchMove(move)) {
+        StoreHashMove(p.key, bestMove);
+        return alpha;
       }
     }
   }
@@ -113,33 +112,30 @@ int Search(int depth, int alpha, int beta) {
   MoveSetList sets;
   checks.count = sets.count = 0;
   GenerateQuiets(p, sets, checks);
-  // The checks and castling from the last entry to the first, then the target sets from the last
-  // entry to the first, each set's targets from the lowest square up.
-  int checkIndex = checks.count, setIndex = sets.count;
-  Bitboard targets = 0;
-  Move head = MOVE_NONE;
-  auto nextQuiet = [&]() -> Move {
-    if (checkIndex > 0) return checks.moves[--checkIndex];
-    while (!targets) {
-      if (setIndex == 0) return MOVE_NONE;
-      --setIndex;
-      head = sets.entries[setIndex].head;
-      targets = sets.entries[setIndex].targets;
+  if (prefetch) {
+    for (int i = 0; i < checks.count; ++i) PrefetchHashEntry(ChildKey(p, checks.moves[i]));
+    for (int i = 0; i < sets.count; ++i) {
+      const Move head = sets.entries[i].head;
+      ForEachSquare(sets.entries[i].targets, [&](int to) { PrefetchHashEntry(ChildKey(p, WithTarget(head, to))); });
     }
-    const Move move = WithTarget(head, LowestSquare(targets));
-    targets &= targets - 1;
-    return move;
-  };
-  Move move = nextQuiet();
-  if (prefetch && move) PrefetchHashEntry(ChildKey(p, move));
-  while (move) {
-    const Move next = nextQuiet();
-    if (prefetch && next) PrefetchHashEntry(ChildKey(p, next));
-    if (move != hashMove && searchMove(move)) {
+  }
+  for (int i = checks.count - 1; i >= 0; --i) {
+    const Move move = checks.moves[i];
+    if (move == hashMove) continue;
+    if (searchMove(move)) {
       StoreHashMove(p.key, bestMove);
       return alpha;
     }
-    move = next;
+  }
+  for (int i = sets.count - 1; i >= 0; --i) {
+    for (Bitboard targets = sets.entries[i].targets; targets; targets &= targets - 1) {
+      const Move move = WithTarget(sets.entries[i].head, LowestSquare(targets));
+      if (move == hashMove) continue;
+      if (searchMove(move)) {
+        StoreHashMove(p.key, bestMove);
+        return alpha;
+      }
+    }
   }
 
   if (noLegalMove) return InCheck(p) ? -(MATE_SCORE + depth) : 0;
