@@ -1,0 +1,354 @@
+// The engine at its limits, through the real binary: games longer than the position stack, set-ups no
+// game can reach, a full book table, absurd clocks, overlong lines and input cut short. Every run must
+// end by itself with status 0 and leave no sanitizer report.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string HANDSHAKE = "xboard\nprotover 2\n";
+const std::string FEATURE_LINE =
+    "feature setboard=1 playother=1 sigint=0 analyze=0 colors=0 time=1 myname=\"Vorlek\" done=1\n";
+// Clocks of a few centiseconds: one or two quick iterations per move.
+const std::string SHORT_CLOCKS = "time 5\notim 5\n";
+
+struct StressRun {
+  int exitStatus = -1;  // -1: killed by a signal, or killed after the safety deadline
+  std::string out;
+  std::string err;
+};
+
+std::string ReadWhole(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+void WriteWhole(const fs::path& path, const std::string& bytes) {
+  std::ofstream file(path, std::ios::binary);
+  file << bytes;
+}
+
+// Runs the engine in a fresh working folder holding `book` as "Aperture.txt", with `input` as its whole
+// standard input (a file, so xboard mode). A run that has not ended after a generous deadline is killed.
+StressRun RunEngine(const std::string& input, const std::string& book = "") {
+  char dirTemplate[] = "/tmp/vorlek-stress-XXXXXX";
+  const char* dir = mkdtemp(dirTemplate);
+  if (!dir) return {};
+  const fs::path folder(dir);
+  WriteWhole(folder / "Aperture.txt", book);
+  WriteWhole(folder / "stdin", input);
+
+  StressRun run;
+  const pid_t pid = fork();
+  if (pid == 0) {
+    if (chdir(dir) != 0 || !freopen("stdin", "rb", stdin) || !freopen("stdout", "wb", stdout) ||
+        !freopen("stderr", "wb", stderr)) {
+      _exit(126);
+    }
+    execl(VORLEK_BINARY, VORLEK_BINARY, static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  int status = 0;
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
+  while (waitpid(pid, &status, WNOHANG) == 0) {
+    if (std::chrono::steady_clock::now() > deadline) {
+      kill(pid, SIGKILL);
+      waitpid(pid, &status, 0);
+      break;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  if (WIFEXITED(status)) run.exitStatus = WEXITSTATUS(status);
+  run.out = ReadWhole(folder / "stdout");
+  run.err = ReadWhole(folder / "stderr");
+  fs::remove_all(folder);
+  return run;
+}
+
+int CountLines(const std::string& out, const std::string& line) {
+  int n = 0;
+  std::istringstream lines(out);
+  for (std::string l; std::getline(lines, l);) n += l == line;
+  return n;
+}
+
+std::vector<std::string> MoveLines(const std::string& out) {
+  std::vector<std::string> moves;
+  std::istringstream lines(out);
+  for (std::string l; std::getline(lines, l);) {
+    if (l.rfind("move ", 0) == 0) moves.push_back(l);
+  }
+  return moves;
+}
+
+bool HasResultLine(const std::string& out) {
+  static const std::regex RESULT_LINE("(^|\n)(1-0|0-1|1/2-1/2) \\{[^}\n]*\\}\n");
+  return std::regex_search(out, RESULT_LINE);
+}
+
+bool HasSanitizerReport(const std::string& err) {
+  return err.find("runtime error") != std::string::npos || err.find("Sanitizer") != std::string::npos;
+}
+
+// What every run must show: an orderly end and a clean standard error.
+void ExpectCleanEnd(const StressRun& run) {
+  EXPECT_EQ(run.exitStatus, 0) << run.out << run.err;
+  EXPECT_FALSE(HasSanitizerReport(run.err)) << run.err;
+}
+
+// Every "move" line is a move in coordinates: "move " then four characters and a promotion or a blank.
+void ExpectWellFormedMoves(const std::vector<std::string>& moves) {
+  static const std::regex MOVE_LINE("move [a-h][1-8][a-h][1-8][nbrq ]");
+  for (const std::string& m : moves) EXPECT_TRUE(std::regex_match(m, MOVE_LINE)) << m;
+}
+
+// A game far longer than the 600 records of the position stack, typed in force mode: the knights go out
+// and back, which repeats the start position every four plies, and the fifty-move count climbs past 100
+// and wraps. Every move is accepted; the results are announced and the game goes on; a pawn move ends the
+// draw and "go" makes the engine move.
+TEST(Stress, GameLongerThanThePositionStack) {
+  std::string input = HANDSHAKE + "new\nforce\n";
+  const int cycles = 200;  // 800 plies
+  for (int i = 0; i < cycles; ++i) input += "g1f3\ng8f6\nf3g1\nf6g8\n";
+  input += "e2e4\n" + SHORT_CLOCKS + "go\nquit\n";
+  const StressRun run = RunEngine(input);
+  ExpectCleanEnd(run);
+  EXPECT_EQ(run.out.find("Illegal move"), std::string::npos);
+  EXPECT_GT(CountLines(run.out, "1/2-1/2 {pari per ripetizione}"), 0);
+  EXPECT_GT(CountLines(run.out, "1/2-1/2 {pari 50 mosse}"), 0);
+  const std::vector<std::string> moves = MoveLines(run.out);
+  ASSERT_EQ(moves.size(), 1u) << run.out;
+  ExpectWellFormedMoves(moves);
+}
+
+// The engine playing both sides of a long game by itself: every "go" makes one move, and the game's
+// history is slid down the stack many times over.
+TEST(Stress, EngineKeepsPlayingPastTheStackSize) {
+  std::string input = HANDSHAKE + "new\nforce\n";
+  for (int i = 0; i < 150; ++i) input += "g1f3\ng8f6\nf3g1\nf6g8\n";  // 600 plies
+  input += "e2e4\ne7e5\n" + SHORT_CLOCKS;
+  for (int i = 0; i < 8; ++i) input += "go\n";
+  input += "quit\n";
+  const StressRun run = RunEngine(input);
+  ExpectCleanEnd(run);
+  const std::vector<std::string> moves = MoveLines(run.out);
+  EXPECT_GE(moves.size(), 1u) << run.out;
+  ExpectWellFormedMoves(moves);
+}
+
+// Set-ups no game can reach, each searched by "go" four times over (the engine then plays both sides).
+struct SetUpCase {
+  const char* name;
+  const char* fen;
+};
+std::ostream& operator<<(std::ostream& out, const SetUpCase& c) { return out << c.name; }
+
+class UnreachableSetUps : public ::testing::TestWithParam<SetUpCase> {};
+
+TEST_P(UnreachableSetUps, EngineMovesLegallyAndGoesOn) {
+  const StressRun run =
+      RunEngine(HANDSHAKE + "setboard " + GetParam().fen + "\n" + SHORT_CLOCKS + "go\ngo\ngo\ngo\nquit\n");
+  ExpectCleanEnd(run);
+  // How far the search looks depends on the machine's speed, so the game may end earlier (a side left
+  // without men or moves), but then with a result line.
+  const std::vector<std::string> moves = MoveLines(run.out);
+  EXPECT_GE(moves.size(), 1u) << run.out;
+  EXPECT_TRUE(moves.size() == 4u || HasResultLine(run.out)) << run.out;
+  ExpectWellFormedMoves(moves);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Stress, UnreachableSetUps,
+    ::testing::Values(SetUpCase{"NoKings", "8/8/3q4/8/8/4Q3/8/8 w - - 0 1"},
+                      SetUpCase{"NoBlackKing", "8/8/2n5/8/8/8/8/4K2R w K - 0 1"},
+                      SetUpCase{"TwoWhiteKings", "k7/8/8/8/8/8/8/K6K w - - 0 1"},
+                      SetUpCase{"TwoKingsEachSide", "k6k/8/8/8/8/8/8/K6K b - - 0 1"},
+                      SetUpCase{"FortyEightMen",
+                                "rnbqkbnr/pppppppp/pppppppp/8/8/PPPPPPPP/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
+                      // 56 captures: every pawn takes a knight on either side with four promotions.
+                      SetUpCase{"FiftySixCaptures", "nnnnnnnn/PPPPPPPP/8/8/8/8/8/K6k w - - 0 1"},
+                      // 66 captures for sixteen queens among sixteen pawns.
+                      SetUpCase{"SixtySixCaptures", "QQQQQQQQ/pppppppp/QQQQQQQQ/pppppppp/8/8/8/K6k w - - 0 1"},
+                      SetUpCase{"EightQueensEachSide", "qqqqkqqq/8/8/8/8/8/8/QQQQKQQQ w - - 0 1"},
+                      SetUpCase{"PawnsOnTheBackRanks", "P3k2P/8/8/8/8/8/8/p3K2p w - - 0 1"},
+                      SetUpCase{"CastlingRightsWithoutRooks", "4k3/8/8/8/8/8/8/4K3 w KQkq - 0 1"},
+                      SetUpCase{"CastlingRightsWithoutKings", "r6r/8/8/8/8/8/8/R6R b KQkq - 0 1"},
+                      SetUpCase{"EnPassantFileWithoutPawn", "4k3/8/8/3P4/8/8/8/4K3 w - e6 0 1"}),
+    [](const ::testing::TestParamInfo<SetUpCase>& info) { return std::string(info.param.name); });
+
+// Rights or an en-passant file that the pieces do not back up give no move: the typed move is not found.
+struct PhantomMoveCase {
+  const char* name;
+  const char* fen;
+  const char* move;
+};
+std::ostream& operator<<(std::ostream& out, const PhantomMoveCase& c) { return out << c.name; }
+
+class PhantomMoves : public ::testing::TestWithParam<PhantomMoveCase> {};
+
+TEST_P(PhantomMoves, AreRefusedAsNotFound) {
+  const StressRun run = RunEngine(HANDSHAKE + "setboard " + GetParam().fen + "\n" + GetParam().move + "\nquit\n");
+  ExpectCleanEnd(run);
+  EXPECT_EQ(run.out, FEATURE_LINE +
+                         "Illegal move(Pezzo non di turno o casa vuota o casa di destinazione non valida): " +
+                         GetParam().move + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Stress, PhantomMoves,
+    ::testing::Values(PhantomMoveCase{"KingSideWithoutRook", "4k3/8/8/8/8/8/8/4K3 w KQkq - 0 1", "e1g1"},
+                      PhantomMoveCase{"QueenSideWithoutRook", "4k3/8/8/8/8/8/8/4K3 w KQkq - 0 1", "e1c1"},
+                      PhantomMoveCase{"BlackWithoutRook", "4k3/8/8/8/8/8/8/4K3 b KQkq - 0 1", "e8g8"},
+                      PhantomMoveCase{"RookWithoutKing", "r3k2r/8/8/8/8/8/8/R6R w KQkq - 0 1", "e1g1"},
+                      PhantomMoveCase{"EnPassantWithoutPawn", "4k3/8/8/3P4/8/8/8/4K3 w - e6 0 1", "d5e6"},
+                      PhantomMoveCase{"EnPassantOntoOwnPiece", "4k3/8/4N3/3PP3/8/8/8/4K3 w - e6 0 1", "d5e6"}),
+    [](const ::testing::TestParamInfo<PhantomMoveCase>& info) { return std::string(info.param.name); });
+
+// A book of exactly `positions` positions (at most 8 + 64 + 512 + 1) whose root holds eight moves. White's
+// first moves use the a, b, g and h pawns, white's second moves the c, d, e and f pawns, so no two move
+// orders reach the same position: the root, 8 positions after white's first move, 64 after black's reply
+// (each line continues) and positions - 73 after white's second move (each answered by g8f6).
+const char* const FIRST_MOVES[8] = {"a2a3", "a2a4", "b2b3", "b2b4", "g2g3", "g2g4", "h2h3", "h2h4"};
+const char* const REPLIES[8] = {"a7a6", "a7a5", "b7b6", "b7b5", "g7g6", "g7g5", "h7h6", "h7h5"};
+const char* const SECOND_MOVES[8] = {"c2c3", "c2c4", "d2d3", "d2d4", "e2e3", "e2e4", "f2f3", "f2f4"};
+
+std::string BookOfPositions(int positions) {
+  const int afterSecondMove = positions - 1 - 8 - 64;
+  std::string book;
+  for (int k = 0; k * 64 < afterSecondMove; ++k) {
+    for (int pair = 0; pair < 64 && k * 64 + pair < afterSecondMove; ++pair) {
+      book += std::string(FIRST_MOVES[pair / 8]) + " " + REPLIES[pair % 8] + " " + SECOND_MOVES[k] + " g8f6\n";
+    }
+  }
+  return book;
+}
+
+TEST(Stress, BookOfThreeHundredPositionsLoadsAndIsPlayed) {
+  const std::string book = BookOfPositions(300);
+  const StressRun run = RunEngine(HANDSHAKE + "new\ngo\nquit\n", book);
+  ExpectCleanEnd(run);
+  // The book move comes without a thinking line: the output is the feature line and the move.
+  const std::vector<std::string> moves = MoveLines(run.out);
+  ASSERT_EQ(moves.size(), 1u) << run.out;
+  EXPECT_EQ(run.out, FEATURE_LINE + moves[0] + "\n");
+  bool fromBook = false;
+  for (const char* first : FIRST_MOVES) fromBook = fromBook || moves[0] == std::string("move ") + first + " ";
+  EXPECT_TRUE(fromBook) << moves[0];
+}
+
+struct BookLimitCase {
+  const char* name;
+  std::string book;
+  std::string message;  // printed after the feature line, the run's last bytes
+};
+std::ostream& operator<<(std::ostream& out, const BookLimitCase& c) { return out << c.name; }
+
+class BookLimits : public ::testing::TestWithParam<BookLimitCase> {};
+
+TEST_P(BookLimits, OneMoreEndsTheRunWithItsMessage) {
+  const StressRun run = RunEngine(HANDSHAKE + "new\ngo\nquit\n", GetParam().book);
+  ExpectCleanEnd(run);
+  EXPECT_EQ(run.out, FEATURE_LINE + GetParam().message);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Stress, BookLimits,
+    ::testing::Values(BookLimitCase{"ThreeHundredAndOnePositions", BookOfPositions(301), "Errore nel vettore Aperture"},
+                      BookLimitCase{"NineMovesInOnePosition", BookOfPositions(300) + "c2c3\n",
+                                    "Errore nel vettore Aperture, ricerca mossa"}),
+    [](const ::testing::TestParamInfo<BookLimitCase>& info) { return std::string(info.param.name); });
+
+// Clocks and controls no interface sends on purpose: the engine still makes exactly one move.
+struct ClockCase {
+  const char* name;
+  const char* commands;
+};
+std::ostream& operator<<(std::ostream& out, const ClockCase& c) { return out << c.name; }
+
+class AbsurdClocks : public ::testing::TestWithParam<ClockCase> {};
+
+TEST_P(AbsurdClocks, EngineStillMovesOnce) {
+  const StressRun run = RunEngine(HANDSHAKE + "new\n" + GetParam().commands + "go\nquit\n");
+  ExpectCleanEnd(run);
+  const std::vector<std::string> moves = MoveLines(run.out);
+  ASSERT_EQ(moves.size(), 1u) << run.out;
+  ExpectWellFormedMoves(moves);
+}
+
+INSTANTIATE_TEST_SUITE_P(Stress, AbsurdClocks,
+                         ::testing::Values(ClockCase{"TimeZero", "time 0\notim 0\n"},
+                                           ClockCase{"TimeNegative", "time -100\notim 5\n"},
+                                           ClockCase{"OpponentTimeNegative", "time 1\notim -1\n"},
+                                           ClockCase{"TimeBelowIntRange", "time -99999999999\notim 5\n"},
+                                           ClockCase{"LevelZero", "level 0 0 0\ntime 10\notim 10\n"},
+                                           ClockCase{"LevelNegative", "level -5 1 0\ntime 10\notim 10\n"},
+                                           ClockCase{"LevelBelowIntRange", "level -99999999999 1 0\ntime 10\n"},
+                                           ClockCase{"LevelOneMove", "level 1 0:01 0\ntime 0\n"}),
+                         [](const ::testing::TestParamInfo<ClockCase>& info) { return std::string(info.param.name); });
+
+// A line longer than 198 characters is read to its end and answered with the error line carrying its
+// first 198 characters; none of it is taken as a command (here it would be a move), and the next line is
+// read as usual.
+class OverlongLines : public ::testing::TestWithParam<int> {};
+
+TEST_P(OverlongLines, AnswerOneErrorAndLeaveTheRestUnread) {
+  std::string line;
+  while (static_cast<int>(line.size()) < GetParam()) line += "e2e4";
+  line.resize(GetParam());
+  const StressRun run = RunEngine(HANDSHAKE + line + "\ne7e5\nquit\n");
+  ExpectCleanEnd(run);
+  EXPECT_EQ(run.out, FEATURE_LINE + "Error(comando non previsto): " + line.substr(0, 198) + "\n" +
+                         "Illegal move(Pezzo non di turno o casa vuota o casa di destinazione non valida): e7e5\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Stress, OverlongLines, ::testing::Values(199, 300, 5000));
+
+// Input that stops in the middle of a line: the part read is a whole line, then the run ends quietly.
+struct CutInputCase {
+  const char* name;
+  std::string input;
+  bool oneMove;          // the output holds one "move" line (a search's output is not compared)
+  std::string expected;  // otherwise the whole output
+};
+std::ostream& operator<<(std::ostream& out, const CutInputCase& c) { return out << c.name; }
+
+class CutInput : public ::testing::TestWithParam<CutInputCase> {};
+
+TEST_P(CutInput, LastPartIsALine) {
+  const StressRun run = RunEngine(GetParam().input);
+  ExpectCleanEnd(run);
+  if (GetParam().oneMove) {
+    EXPECT_EQ(MoveLines(run.out).size(), 1u) << run.out;
+  } else {
+    EXPECT_EQ(run.out, GetParam().expected);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Stress, CutInput,
+    ::testing::Values(
+        CutInputCase{"AfterGo", HANDSHAKE + "new\n" + SHORT_CLOCKS + "go", true, ""},
+        CutInputCase{"InACommand", HANDSHAKE + "new\nfor", false, FEATURE_LINE + "Error(comando non previsto): for\n"},
+        CutInputCase{"InAMove", HANDSHAKE + "e2e", false, FEATURE_LINE + "Error(comando non previsto): e2e\n"},
+        CutInputCase{"InAnOverlongLine", HANDSHAKE + std::string(5000, 'x'), false,
+                     FEATURE_LINE + "Error(comando non previsto): " + std::string(198, 'x') + "\n"},
+        CutInputCase{"InTheHandshake", "xboard\nprot", false, FEATURE_LINE + "Errore nell'inizializzatione di XBoard"},
+        CutInputCase{"AfterTheFirstHandshakeLine", "xboard\n", false, ""}),
+    [](const ::testing::TestParamInfo<CutInputCase>& info) { return std::string(info.param.name); });
+
+}  // namespace
