@@ -104,17 +104,22 @@ int main(int argc, char** argv) {
   }
 
   InitTables();
+  // Every position is read before anything is searched, so that a bad line costs no time.
+  for (const std::string& fen : fens) {
+    Position scratch{};
+    // The reader keeps 199 characters of its text; a longer line would be read cut short.
+    if (fen.size() >= LINE_SIZE || !SetBoard(scratch, fen.c_str())) {
+      std::fprintf(stderr, "vorlek-bench: position refused: %s\n", fen.c_str());
+      return 2;
+    }
+  }
   MakeHashTableResident();
   uint64_t total = 0;
   std::chrono::steady_clock::duration searchTime{};
   double cpuTime = 0;
   for (const std::string& fen : fens) {
     NewGame();
-    // The reader keeps 199 characters of its text; a longer line would be read cut short.
-    if (fen.size() >= LINE_SIZE || !SetBoard(*current, fen.c_str())) {
-      std::fprintf(stderr, "vorlek-bench: position refused: %s\n", fen.c_str());
-      return 2;
-    }
+    SetBoard(*current, fen.c_str());
     for (int d = 1; d <= depth; ++d) {
       const auto start = std::chrono::steady_clock::now();
       const double cpuStart = CpuSeconds();
