@@ -1,0 +1,120 @@
+#include "support/board_helpers.h"
+
+#include <cstring>
+
+#include "board/all_moves.h"
+#include "board/fen.h"
+#include "board/make_move.h"
+
+namespace vorlek::test {
+
+namespace {
+
+struct Step {
+  int file, rank;
+};
+
+bool Inside(int file, int rank) { return file >= 0 && file < 8 && rank >= 0 && rank < 8; }
+
+template <int N>
+Bitboard Walk(int sq, Bitboard occupancy, const Step (&steps)[N], bool slide) {
+  Bitboard seen = 0;
+  for (const Step& step : steps) {
+    for (int f = sq % 8 + step.file, r = sq / 8 + step.rank; Inside(f, r); f += step.file, r += step.rank) {
+      const Bitboard bit = Bitboard{1} << (r * 8 + f);
+      seen |= bit;
+      if (!slide || (occupancy & bit)) break;
+    }
+  }
+  return seen;
+}
+
+constexpr Step ROOK_STEPS[4] = {{1, 0}, {-1, 0}, {0, 1}, {0, -1}};
+constexpr Step BISHOP_STEPS[4] = {{1, 1}, {-1, 1}, {1, -1}, {-1, -1}};
+constexpr Step KNIGHT_STEPS[8] = {{1, 2}, {2, 1}, {2, -1}, {1, -2}, {-1, -2}, {-2, -1}, {-2, 1}, {-1, 2}};
+constexpr Step KING_STEPS[8] = {{-1, -1}, {0, -1}, {1, -1}, {-1, 0}, {1, 0}, {-1, 1}, {0, 1}, {1, 1}};
+
+}  // namespace
+
+Bitboard WalkRookLines(int sq, Bitboard occupancy) { return Walk(sq, occupancy, ROOK_STEPS, true); }
+Bitboard WalkBishopLines(int sq, Bitboard occupancy) { return Walk(sq, occupancy, BISHOP_STEPS, true); }
+Bitboard WalkKnightJumps(int sq) { return Walk(sq, 0, KNIGHT_STEPS, false); }
+Bitboard WalkKingSteps(int sq) { return Walk(sq, 0, KING_STEPS, false); }
+
+Bitboard Squares(const char* names) {
+  Bitboard b = 0;
+  for (const char* c = names; c[0] && c[1]; ++c) {
+    if (c[0] >= 'a' && c[0] <= 'h' && c[1] >= '1' && c[1] <= '8') b |= SquareBit(Sq(c++));
+  }
+  return b;
+}
+
+void SetUpInitialPosition() {
+  current = PositionStack;
+  *current = InitialPosition();
+}
+
+int SetUpPosition(const char* fen) {
+  SetUpInitialPosition();
+  return SetBoard(*current, fen);
+}
+
+Move FindMove(const char* text) {
+  int from = Sq(text), to = Sq(text + 2);
+  int promotion = EMPTY;
+  if (text[4] && text[4] != ' ') {
+    const char* letters = " pnbrqk";
+    const char* found = std::strchr(letters, text[4]);
+    promotion = found ? static_cast<int>(found - letters) : -1;
+  }
+  if (current->side == BLACK) {
+    from = Mirror(from);
+    to = Mirror(to);
+  }
+  FlatMoveList list;
+  GenerateAllMoves(*current, list);
+  for (int i = 0; i < list.count; ++i) {
+    const Move m = list.moves[i];
+    if (MoveFrom(m) == from && MoveTo(m) == to && PromotionPiece(m) == promotion) return m;
+  }
+  return MOVE_NONE;
+}
+
+bool PlayMoves(const char* moves) {
+  const char* c = moves;
+  while (*c) {
+    while (*c == ' ') ++c;
+    if (!*c) break;
+    char text[6] = {};
+    int n = 0;
+    while (*c && *c != ' ' && n < 5) text[n++] = *c++;
+    const Move m = FindMove(text);
+    if (m == MOVE_NONE || !MakeMoveIfLegal(m)) return false;
+  }
+  return true;
+}
+
+std::vector<Move> LegalMoves() {
+  FlatMoveList list;
+  GenerateAllMoves(*current, list);
+  std::vector<Move> legal;
+  for (int i = 0; i < list.count; ++i) {
+    if (IsLegalMove(list.moves[i])) legal.push_back(list.moves[i]);
+  }
+  return legal;
+}
+
+uint64_t Perft(int depth) {
+  if (depth == 0) return 1;
+  FlatMoveList list;
+  GenerateAllMoves(*current, list);
+  uint64_t leaves = 0;
+  for (int i = 0; i < list.count; ++i) {
+    if (!MakeMoveIfLegal(list.moves[i])) continue;
+    leaves += depth == 1 ? 1 : Perft(depth - 1);
+    TakeBack();
+  }
+  return leaves;
+}
+
+}  // namespace vorlek::test
