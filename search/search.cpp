@@ -1,9 +1,12 @@
 #include "search/search.h"
 
+#include <algorithm>
+
 #include "board/attacks.h"
 #include "board/make_move.h"
 #include "board/movegen.h"
 #include "search/child_key.h"
+#include "search/child_value.h"
 #include "search/evaluation.h"
 #include "search/hash_table.h"
 
@@ -22,6 +25,29 @@ inline Move PickBest(ScoredMoveList& list) {
   return move;
 }
 
+// Whether the child of `move` at remaining depth 0 meets no draw test and stands pat at once against
+// `beta`, its static value then in `value`: the same tests, on the same numbers, as making the move,
+// counting the leaf and its quiescence node, and evaluating there. Anything unusual is left to that.
+inline bool LeafStandsPat(const Position& p, Move move, int beta, int& value) {
+  const int kind = MoveKind(move);
+  const bool pieceMove = kind >= KNIGHT && kind <= KING;
+  const int fifty = pieceMove || kind == KIND_CASTLE_KING_SIDE || kind == KIND_CASTLE_QUEEN_SIDE ? p.fifty + 1 : 0;
+  if (fifty >= 100) return false;
+  if (pieceMove) {
+    // The repetition count MakeMove would give: the same key an even number of plies back.
+    const uint64_t key = ChildKey(p, move);
+    const int reach = std::min(fifty, StackIndex(current) + 1);
+    for (int distance = 2; distance <= reach; distance += 2) {
+      const Position& earlier = *(current + 1 - distance);
+      if (earlier.key == key) {
+        if (static_cast<uint8_t>(earlier.repetition + 1) == 2) return false;
+        break;
+      }
+    }
+  }
+  return ChildStaticValue(p, move, value) && value >= beta;
+}
+
 }  // namespace
 
 int Quiesce(int alpha, int beta) {
@@ -38,9 +64,16 @@ int Quiesce(int alpha, int beta) {
   Move move = PickBest(list);
   if (CapturedPiece(move) == KING) return ILLEGAL_SCORE;
   for (;;) {
-    MakeMove(move);
-    const int value = -Quiesce(-beta, -best);
-    TakeBack();
+    int value, standPat;
+    if (ChildStaticValue(p, move, standPat) && standPat >= -best) {
+      // The child stands pat at once: one node, and a value that cannot raise best.
+      ++nodes;
+      value = -standPat;
+    } else {
+      MakeMove(move);
+      value = -Quiesce(-beta, -best);
+      TakeBack();
+    }
     if (value >= beta) return value;
     if (value > best) best = value;
     if (list.count == 0) return best;
@@ -64,9 +97,15 @@ int Search(int depth, int alpha, int beta) {
 
   // Searches one move; true when it cuts the node off.
   auto searchMove = [&](Move move) {
-    MakeMove(move);
-    const int score = -Search(depth - 1, -beta, -alpha);
-    TakeBack();
+    int score, standPat;
+    if (depth == 1 && LeafStandsPat(p, move, -alpha, standPat)) {
+      nodes += 2;  // the leaf and its quiescence node
+      score = -standPat;
+    } else {
+      MakeMove(move);
+      score = -Search(depth - 1, -beta, -alpha);
+      TakeBack();
+    }
     if (score != -ILLEGAL_SCORE) noLegalMove = false;
     if (score > alpha) {
       alpha = score;
