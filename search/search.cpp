@@ -1,5 +1,7 @@
 #include "search/search.h"
 
+#include <sys/time.h>
+
 #include <algorithm>
 
 #include "board/attacks.h"
@@ -48,10 +50,28 @@ inline bool LeafStandsPat(const Position& p, Move move, int beta, int& value) {
   return ChildStaticValue(p, move, value) && value >= beta;
 }
 
+// The clock is looked at once every CLOCK_CHECK_INTERVAL nodes, only when a deadline is set.
+constexpr int CLOCK_CHECK_INTERVAL = 1 << 16;
+int clockCountdown = CLOCK_CHECK_INTERVAL;
+
+inline bool Abandoned() {
+  if (--clockCountdown > 0) return searchAborted;
+  clockCountdown = CLOCK_CHECK_INTERVAL;
+  if (searchDeadline != 0 && WallClockMicroseconds() > searchDeadline) searchAborted = true;
+  return searchAborted;
+}
+
 }  // namespace
+
+int64_t WallClockMicroseconds() {
+  timeval now;
+  gettimeofday(&now, nullptr);
+  return int64_t{now.tv_sec} * 1000000 + now.tv_usec;
+}
 
 int Quiesce(int alpha, int beta) {
   ++nodes;
+  if (Abandoned()) return 0;
   const Position& p = *current;
   const int standPat = Evaluate(p);
   if (standPat >= beta) return standPat;
@@ -73,6 +93,7 @@ int Quiesce(int alpha, int beta) {
       MakeMove(move);
       value = -Quiesce(-beta, -best);
       TakeBack();
+      if (searchAborted) return 0;
     }
     if (value >= beta) return value;
     if (value > best) best = value;
@@ -83,6 +104,7 @@ int Quiesce(int alpha, int beta) {
 
 int Search(int depth, int alpha, int beta) {
   ++nodes;
+  if (Abandoned()) return 0;
   const Position& p = *current;
   if (p.repetition == 2) return 0;
   if (p.fifty > 100) return 0;
@@ -95,7 +117,14 @@ int Search(int depth, int alpha, int beta) {
   Move hashMove = ProbeHashMove(p.key);
   if (hashMove && !IsGeneratedMove(p, hashMove)) hashMove = MOVE_NONE;
 
-  // Searches one move; true when it cuts the node off.
+  // A cut-off remembers the move that caused it; an abandoned search remembers nothing.
+  auto cutOff = [&] {
+    if (searchAborted) return 0;
+    StoreHashMove(p.key, bestMove);
+    return alpha;
+  };
+
+  // Searches one move; true when it cuts the node off (or the search is abandoned).
   auto searchMove = [&](Move move) {
     int score, standPat;
     if (depth == 1 && LeafStandsPat(p, move, -alpha, standPat)) {
@@ -105,6 +134,7 @@ int Search(int depth, int alpha, int beta) {
       MakeMove(move);
       score = -Search(depth - 1, -beta, -alpha);
       TakeBack();
+      if (searchAborted) return true;
     }
     if (score != -ILLEGAL_SCORE) noLegalMove = false;
     if (score > alpha) {
@@ -121,10 +151,7 @@ int Search(int depth, int alpha, int beta) {
 
   if (hashMove) {
     if (prefetch) PrefetchHashEntry(ChildKey(p, hashMove));
-    if (searchMove(hashMove)) {
-      StoreHashMove(p.key, bestMove);
-      return alpha;
-    }
+    if (searchMove(hashMove)) return cutOff();
   }
 
   {
@@ -140,10 +167,7 @@ int Search(int depth, int alpha, int beta) {
       if (first && CapturedPiece(move) == KING) return ILLEGAL_SCORE;
       first = false;
       if (move == hashMove) continue;
-      if (searchMove(move)) {
-        StoreHashMove(p.key, bestMove);
-        return alpha;
-      }
+      if (searchMove(move)) return cutOff();
     }
   }
 
@@ -161,22 +185,17 @@ int Search(int depth, int alpha, int beta) {
   for (int i = checks.count - 1; i >= 0; --i) {
     const Move move = checks.moves[i];
     if (move == hashMove) continue;
-    if (searchMove(move)) {
-      StoreHashMove(p.key, bestMove);
-      return alpha;
-    }
+    if (searchMove(move)) return cutOff();
   }
   for (int i = sets.count - 1; i >= 0; --i) {
     for (Bitboard targets = sets.entries[i].targets; targets; targets &= targets - 1) {
       const Move move = WithTarget(sets.entries[i].head, LowestSquare(targets));
       if (move == hashMove) continue;
-      if (searchMove(move)) {
-        StoreHashMove(p.key, bestMove);
-        return alpha;
-      }
+      if (searchMove(move)) return cutOff();
     }
   }
 
+  if (searchAborted) return 0;
   if (noLegalMove) return InCheck(p) ? -(MATE_SCORE + depth) : 0;
   if (bestMove) StoreHashMove(p.key, bestMove);
   return alpha;

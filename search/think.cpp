@@ -2,6 +2,7 @@
 
 #include <sys/time.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,6 +19,8 @@
 namespace vorlek {
 
 namespace {
+
+constexpr int64_t EMERGENCY_STOP_MINIMUM = 10000000;  // microseconds
 
 Move BookMove() {
   const BookEntry* entry = FindBookEntry(current->key);
@@ -132,8 +135,12 @@ Move IterativeDeepening(int levelMoves, int engineTime, int opponentTime) {
   timeval start;
   gettimeofday(&start, nullptr);
   searchDepth = searchDepth <= 3 ? 1 : searchDepth - 3;
+  // Only an exploding set-up can run this long: ten times the allotment, and at least ten seconds.
+  searchDeadline = WallClockMicroseconds() + std::max<int64_t>(10 * allotment.budget, EMERGENCY_STOP_MINIMUM);
+  searchAborted = false;
   for (;;) {
     const int score = SearchIteration(searchDepth);
+    if (searchAborted) break;  // an abandoned iteration has no score and prints no line
     const int64_t elapsed = ElapsedMicroseconds(start);
     char line[512];
     FormatThinkingLine(line, sizeof line, searchDepth, score, elapsed, nodes);
@@ -148,6 +155,8 @@ Move IterativeDeepening(int levelMoves, int engineTime, int opponentTime) {
     const bool mate = score < -14999 || score > 14999;
     if (elapsed >= allotment.iterationLimit || searchDepth > maxSearchDepth || mate) break;
   }
+  searchDeadline = 0;
+  searchAborted = false;
   std::fprintf(engineOut, "\n");
   std::fflush(engineOut);
   return RootMove();
