@@ -151,6 +151,17 @@ TEST(Stress, EngineKeepsPlayingPastTheStackSize) {
   ExpectWellFormedMoves(moves);
 }
 
+// Thirty queens: the capture sequences of the first iteration alone would run for hours. The search is
+// abandoned at its emergency deadline and the engine still plays a legal move.
+TEST(Stress, ExplodingCaptureSequencesStillGiveAMove) {
+  const StressRun run = RunEngine(HANDSHAKE + "setboard QQQQQQQQ/QQQQQQQQ/8/8/8/8/qqqqqqqq/qqqqqqqk w - - 0 1\n" +
+                                  SHORT_CLOCKS + "go\nquit\n");
+  ExpectCleanEnd(run);
+  const std::vector<std::string> moves = MoveLines(run.out);
+  ASSERT_EQ(moves.size(), 1u) << run.out;
+  ExpectWellFormedMoves(moves);
+}
+
 // Set-ups no game can reach, each searched by "go" four times over (the engine then plays both sides).
 struct SetUpCase {
   const char* name;
