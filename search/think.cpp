@@ -135,8 +135,12 @@ Move IterativeDeepening(int levelMoves, int engineTime, int opponentTime) {
   timeval start;
   gettimeofday(&start, nullptr);
   searchDepth = searchDepth <= 3 ? 1 : searchDepth - 3;
-  // Only an exploding set-up can run this long: ten times the allotment, and at least ten seconds.
-  searchDeadline = WallClockMicroseconds() + std::max<int64_t>(10 * allotment.budget, EMERGENCY_STOP_MINIMUM);
+  // Only an exploding set-up can run this long: ten times the allotment, and at least ten seconds. Nor is
+  // an iteration let run the engine's clock out: it is abandoned once it has used four fifths of it.
+  int64_t stopAfter = std::max<int64_t>(10 * allotment.budget, EMERGENCY_STOP_MINIMUM);
+  const int64_t clock = int64_t{engineTime} * 10000;
+  if (clock > 0) stopAfter = std::min(stopAfter, clock * 4 / 5);
+  searchDeadline = WallClockMicroseconds() + stopAfter;
   searchAborted = false;
   for (;;) {
     const int score = SearchIteration(searchDepth);
