@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -97,8 +96,13 @@ std::vector<std::string> MoveLines(const std::string& out) {
 }
 
 bool HasResultLine(const std::string& out) {
-  static const std::regex RESULT_LINE("(^|\n)(1-0|0-1|1/2-1/2) \\{[^}\n]*\\}\n");
-  return std::regex_search(out, RESULT_LINE);
+  std::istringstream lines(out);
+  for (std::string line; std::getline(lines, line);) {
+    for (const char* result : {"1-0 {", "0-1 {", "1/2-1/2 {"}) {
+      if (line.rfind(result, 0) == 0 && line.back() == '}') return true;
+    }
+  }
+  return false;
 }
 
 bool HasSanitizerReport(const std::string& err) {
@@ -113,8 +117,12 @@ void ExpectCleanEnd(const StressRun& run) {
 
 // Every "move" line is a move in coordinates: "move " then four characters and a promotion or a blank.
 void ExpectWellFormedMoves(const std::vector<std::string>& moves) {
-  static const std::regex MOVE_LINE("move [a-h][1-8][a-h][1-8][nbrq ]");
-  for (const std::string& m : moves) EXPECT_TRUE(std::regex_match(m, MOVE_LINE)) << m;
+  for (const std::string& m : moves) {
+    const bool wellFormed = m.size() == 10 && m.rfind("move ", 0) == 0 && m[5] >= 'a' && m[5] <= 'h' && m[6] >= '1' &&
+                            m[6] <= '8' && m[7] >= 'a' && m[7] <= 'h' && m[8] >= '1' && m[8] <= '8' &&
+                            std::string("nbrq ").find(m[9]) != std::string::npos;
+    EXPECT_TRUE(wellFormed) << m;
+  }
 }
 
 // A game far longer than the 600 records of the position stack, typed in force mode: the knights go out
