@@ -269,7 +269,7 @@ xboardLines=$(
     [ -f "$console" ] && grep -Ei 'xboard|error|fail' "$console" | grep -Ev 'final score|Fatal IO error|^ALSA|aplay'
   } | sort | uniq -c
 )
-vorlekTrouble=$(printf '%s\n' "$xboardLines" | grep -Ei '>first : rejected|first (chess )?(program|engine)')
+vorlekTrouble=$(printf '%s\n' "$xboardLines" | grep -Ei '>first : rejected|first (chess )?(program|engine|machine)')
 
 echo
 echo "Vorlek: +$wins =$draws -$losses, score $score/$played$([ "$unscored" -gt 0 ] && echo ", $unscored unfinished")"
