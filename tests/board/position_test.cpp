@@ -1,4 +1,4 @@
-// The position record: the initial position, its key, the change of view, the record after 1. e4.
+// The position record: the initial key, the change of view, and the parts of the key.
 #include "board/position.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,6 @@
 namespace vorlek {
 namespace {
 
-using test::Sq;
 
 bool SameRecord(const Position& a, const Position& b) { return std::memcmp(&a, &b, sizeof(Position)) == 0; }
 
@@ -19,26 +18,6 @@ class PositionRecord : public ::testing::Test {
  protected:
   static void SetUpTestSuite() { InitTables(); }
 };
-
-TEST_F(PositionRecord, InitialPositionFields) {
-  const Position p = InitialPosition();
-  EXPECT_EQ(p.own, 0xffffu);
-  EXPECT_EQ(Occupancy(p), 0xffff00000000ffffULL);  // ranks 1, 2, 7 and 8
-  EXPECT_EQ(p.castling, 0x33);
-  EXPECT_EQ(p.epFile, EP_NONE);
-  EXPECT_EQ(p.fifty, 0);
-  EXPECT_EQ(p.repetition, 0);
-  EXPECT_EQ(p.side, WHITE);
-  EXPECT_EQ(p.score, 0);
-  const char* backRank = "RNBQKBNR";
-  const int codes[8] = {ROOK, KNIGHT, BISHOP, QUEEN, KING, BISHOP, KNIGHT, ROOK};
-  for (int file = 0; file < 8; ++file) {
-    EXPECT_EQ(PieceAt(p, file), codes[file]) << backRank[file] << " on rank 1";
-    EXPECT_EQ(PieceAt(p, 56 + file), codes[file]) << backRank[file] << " on rank 8";
-    EXPECT_EQ(PieceAt(p, 8 + file), PAWN);
-    EXPECT_EQ(PieceAt(p, 48 + file), PAWN);
-  }
-}
 
 TEST_F(PositionRecord, InitialKeyIsTheXorOfPiecesAndRights) {
   const int codes[8] = {ROOK, KNIGHT, BISHOP, QUEEN, KING, BISHOP, KNIGHT, ROOK};
@@ -53,29 +32,6 @@ TEST_F(PositionRecord, InitialKeyIsTheXorOfPiecesAndRights) {
   EXPECT_EQ(InitialPosition().key, key);
   EXPECT_EQ(ComputeKey(InitialPosition()), key);
   EXPECT_EQ(ComputeScore(InitialPosition()), 0);
-}
-
-TEST_F(PositionRecord, FlipBoardTurnsTheInitialPositionOver) {
-  Position p = InitialPosition();
-  FlipBoard(p);
-  EXPECT_EQ(p.own, 0xffffu);  // black's pieces, now on ranks 1 and 2
-  EXPECT_EQ(Occupancy(p), 0xffff00000000ffffULL);
-  EXPECT_EQ(PieceAt(p, Sq("e1")), KING);  // black's king, e8 seen from black
-  EXPECT_EQ(PieceAt(p, Sq("d1")), QUEEN);
-  EXPECT_EQ(p.side, BLACK);
-  EXPECT_EQ(p.castling, 0x33);
-  EXPECT_EQ(p.key, InitialPosition().key ^ SquareTable.sideKey);
-  EXPECT_EQ(p.score, 0);
-}
-
-TEST_F(PositionRecord, FlipBoardExchangesTheCastlingNibbles) {
-  Position p = InitialPosition();
-  p.castling = 0x12;
-  FlipBoard(p);
-  EXPECT_EQ(p.castling, 0x21);
-  p.castling = 0x03;
-  FlipBoard(p);
-  EXPECT_EQ(p.castling, 0x30);
 }
 
 TEST_F(PositionRecord, FlipBoardTwiceGivesTheRecordBack) {
@@ -96,29 +52,6 @@ TEST_F(PositionRecord, FlipBoardTwiceGivesTheRecordBack) {
     FlipBoard(p);
     EXPECT_TRUE(SameRecord(p, before)) << fen;
   }
-}
-
-TEST_F(PositionRecord, RecordAfterE2E4IsSeenFromBlack) {
-  test::SetUpInitialPosition();
-  const uint64_t initialKey = current->key;
-  ASSERT_TRUE(test::PlayMoves("e2e4"));
-  const Position& p = *current;
-  EXPECT_EQ(StackIndex(current), 1);
-  EXPECT_EQ(p.side, BLACK);
-  EXPECT_EQ(p.epFile, 4);
-  EXPECT_EQ(p.castling, 0x33);
-  EXPECT_EQ(p.fifty, 0);
-  EXPECT_EQ(p.own, 0xffffu);        // black's pawns on rank 2 of the record
-  EXPECT_EQ(PieceAt(p, 36), PAWN);  // white's e4 pawn: e5 in black's view
-  EXPECT_FALSE(p.own & SquareBit(36));
-  EXPECT_EQ(PieceAt(p, 44), EMPTY);        // the en-passant target square
-  EXPECT_EQ(PieceAt(p, Sq("e7")), EMPTY);  // white's e2 in black's view
-  EXPECT_EQ(p.score, -(112 - 98));
-  EXPECT_EQ(p.score, ComputeScore(p));
-  EXPECT_EQ(p.key, initialKey ^ SquareTable.slots[PAWN | WHITE_PIECE][Sq("e2")].key ^
-                       SquareTable.slots[PAWN | WHITE_PIECE][Sq("e4")].key ^ SquareTable.epKeys[4] ^
-                       SquareTable.sideKey);
-  EXPECT_EQ(p.key, ComputeKey(p));
 }
 
 TEST_F(PositionRecord, ComputeKeyCountsEachPartOfThePosition) {

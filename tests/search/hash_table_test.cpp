@@ -72,15 +72,5 @@ TEST_F(HashTableTest, ClearZeroesKeysAndKeepsMoves) {
   }
 }
 
-TEST_F(HashTableTest, ClearAfterClearAndStoreAfterClear) {
-  ClearHashTable();
-  StoreHashMove(KEY, MOVE_A);
-  ClearHashTable();
-  ClearHashTable();
-  EXPECT_EQ(ProbeHashMove(KEY), MOVE_NONE);
-  StoreHashMove(KEY, MOVE_B);
-  EXPECT_EQ(ProbeHashMove(KEY), MOVE_B);
-}
-
 }  // namespace
 }  // namespace vorlek
