@@ -11,7 +11,6 @@
 namespace vorlek {
 namespace {
 
-
 bool SameRecord(const Position& a, const Position& b) { return std::memcmp(&a, &b, sizeof(Position)) == 0; }
 
 class PositionRecord : public ::testing::Test {

@@ -319,12 +319,13 @@ TEST_P(CutInput, LastPartIsALine) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Stress, CutInput,
-    ::testing::Values(
-        CutInputCase{"AfterGo", HANDSHAKE + "new\n" + SHORT_CLOCKS + "go", true, ""},
-        CutInputCase{"InTheHandshake", "xboard\nprot", false, FEATURE_LINE + "Errore nell'inizializzatione di XBoard"},
-        CutInputCase{"AfterTheFirstHandshakeLine", "xboard\n", false, ""}),
-    [](const ::testing::TestParamInfo<CutInputCase>& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Stress, CutInput,
+                         ::testing::Values(CutInputCase{"AfterGo", HANDSHAKE + "new\n" + SHORT_CLOCKS + "go", true, ""},
+                                           CutInputCase{"InTheHandshake", "xboard\nprot", false,
+                                                        FEATURE_LINE + "Errore nell'inizializzatione di XBoard"},
+                                           CutInputCase{"AfterTheFirstHandshakeLine", "xboard\n", false, ""}),
+                         [](const ::testing::TestParamInfo<CutInputCase>& info) {
+                           return std::string(info.param.name);
+                         });
 
 }  // namespace
