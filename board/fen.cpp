@@ -27,12 +27,18 @@ void SplitFields(char* text, const char* (&fields)[FEN_FIELDS]) {
 
 int CodeOfLetter(char c) {
   switch (c) {
-    case 'p': case 'P': return PAWN;
-    case 'n': case 'N': return KNIGHT;
-    case 'b': case 'B': return BISHOP;
-    case 'r': case 'R': return ROOK;
-    case 'q': case 'Q': return QUEEN;
-    case 'k': case 'K': return KING;
+    case 'p':
+    case 'P': return PAWN;
+    case 'n':
+    case 'N': return KNIGHT;
+    case 'b':
+    case 'B': return BISHOP;
+    case 'r':
+    case 'R': return ROOK;
+    case 'q':
+    case 'Q': return QUEEN;
+    case 'k':
+    case 'K': return KING;
     default: return EMPTY;
   }
 }

@@ -118,12 +118,10 @@ inline void GenerateCaptures(const Position& p, ScoredMoveList& list) {
   }
 
   if (pawns & RANK_7) {
-    ForEachSquare(opponent & RANK_8 & ~FILE_A & (pawns << 9), [&](int t) {
-      detail::AddPromotions(list, KIND_CAPTURE_PROMOTION, t - 9, t, PieceAt(p, t));
-    });
-    ForEachSquare(opponent & RANK_8 & ~FILE_H & (pawns << 7), [&](int t) {
-      detail::AddPromotions(list, KIND_CAPTURE_PROMOTION, t - 7, t, PieceAt(p, t));
-    });
+    ForEachSquare(opponent & RANK_8 & ~FILE_A & (pawns << 9),
+                  [&](int t) { detail::AddPromotions(list, KIND_CAPTURE_PROMOTION, t - 9, t, PieceAt(p, t)); });
+    ForEachSquare(opponent & RANK_8 & ~FILE_H & (pawns << 7),
+                  [&](int t) { detail::AddPromotions(list, KIND_CAPTURE_PROMOTION, t - 7, t, PieceAt(p, t)); });
     ForEachSquare(~occupancy & RANK_8 & (pawns << 8),
                   [&](int t) { detail::AddPromotions(list, KIND_PROMOTION, t - 8, t, EMPTY); });
   }
@@ -135,9 +133,8 @@ inline void GenerateCaptures(const Position& p, ScoredMoveList& list) {
 
   ForEachSquare(own & p.type1 & ~p.type0 & ~p.type2,
                 [&](int s) { detail::AddPieceCaptures(p, list, KNIGHT, s, KnightAttacks[s] & opponent); });
-  ForEachSquare(own & p.type0 & p.type1, [&](int s) {
-    detail::AddPieceCaptures(p, list, BISHOP, s, BishopAttacks(s, occupancy) & opponent);
-  });
+  ForEachSquare(own & p.type0 & p.type1,
+                [&](int s) { detail::AddPieceCaptures(p, list, BISHOP, s, BishopAttacks(s, occupancy) & opponent); });
   ForEachSquare(own & p.type2 & ~p.type0 & ~p.type1,
                 [&](int s) { detail::AddPieceCaptures(p, list, ROOK, s, RookAttacks(s, occupancy) & opponent); });
   ForEachSquare(own & p.type0 & p.type2,
@@ -157,7 +154,7 @@ inline void GenerateQuiets(const Position& p, MoveSetList& sets, MoveList& list)
   const Bitboard empty = ~occupancy;
   const Bitboard opponent = occupancy ^ own;
   const Bitboard kings = p.type1 & p.type2;
-  const Bitboard rookLike = own & p.type2 & ~p.type1;    // own rooks and queens
+  const Bitboard rookLike = own & p.type2 & ~p.type1;               // own rooks and queens
   const Bitboard bishopLike = own & p.type0 & (p.type1 ^ p.type2);  // own bishops and queens
   const Bitboard pawns = own & p.type0 & ~p.type1 & ~p.type2;
   const Bitboard knights = own & p.type1 & ~p.type0 & ~p.type2;
@@ -243,9 +240,7 @@ inline bool IsGeneratedMove(const Position& p, Move m) {
       default: return 0;
     }
   };
-  auto pawnTakes = [&] {
-    return (to == from + 9 && FileOf(from) != 7) || (to == from + 7 && FileOf(from) != 0);
-  };
+  auto pawnTakes = [&] { return (to == from + 9 && FileOf(from) != 7) || (to == from + 7 && FileOf(from) != 0); };
   switch (kind) {
     case PAWN:
       return ownPawnFrom && extra == 0 && !(F & (RANK_7 | RANK_8)) && !(occupancy & T) &&
@@ -254,8 +249,7 @@ inline bool IsGeneratedMove(const Position& p, Move m) {
     case BISHOP:
     case ROOK:
     case QUEEN:
-    case KING:
-      return extra == 0 && (p.own & F) && PieceAt(p, from) == kind && !(occupancy & T) && (reaches(kind) & T);
+    case KING: return extra == 0 && (p.own & F) && PieceAt(p, from) == kind && !(occupancy & T) && (reaches(kind) & T);
     case KIND_CAPTURE + PAWN:
       return ownPawnFrom && promotion == 0 && (opponent & T) && !(T & RANK_8) && PieceAt(p, to) == victim &&
              pawnTakes();
@@ -265,12 +259,12 @@ inline bool IsGeneratedMove(const Position& p, Move m) {
     case KIND_CAPTURE + QUEEN:
     case KIND_CAPTURE + KING: {
       const int piece = kind - KIND_CAPTURE;
-      return promotion == 0 && (p.own & F) && PieceAt(p, from) == piece && (opponent & T) &&
-             PieceAt(p, to) == victim && (reaches(piece) & T);
+      return promotion == 0 && (p.own & F) && PieceAt(p, from) == piece && (opponent & T) && PieceAt(p, to) == victim &&
+             (reaches(piece) & T);
     }
     case KIND_PROMOTION:
-      return ownPawnFrom && (F & RANK_7) && to == from + 8 && !(occupancy & T) && victim == 0 &&
-             promotion >= KNIGHT && promotion <= QUEEN;
+      return ownPawnFrom && (F & RANK_7) && to == from + 8 && !(occupancy & T) && victim == 0 && promotion >= KNIGHT &&
+             promotion <= QUEEN;
     case KIND_CAPTURE_PROMOTION:
       return ownPawnFrom && (F & RANK_7) && (opponent & T) && PieceAt(p, to) == victim && pawnTakes() &&
              promotion >= KNIGHT && promotion <= QUEEN;
@@ -278,12 +272,9 @@ inline bool IsGeneratedMove(const Position& p, Move m) {
       return ownPawnFrom && extra == 0 && p.epFile != EP_NONE && to == 40 + p.epFile &&
              detail::EnPassantTargetHeld(p) &&
              ((from == to - 9 && FileOf(to) != 0) || (from == to - 7 && FileOf(to) != 7));
-    case KIND_CASTLE_KING_SIDE:
-      return m == MOVE_CASTLE_KING_SIDE && CanCastleKingSide(p);
-    case KIND_CASTLE_QUEEN_SIDE:
-      return m == MOVE_CASTLE_QUEEN_SIDE && CanCastleQueenSide(p);
-    default:
-      return false;
+    case KIND_CASTLE_KING_SIDE: return m == MOVE_CASTLE_KING_SIDE && CanCastleKingSide(p);
+    case KIND_CASTLE_QUEEN_SIDE: return m == MOVE_CASTLE_QUEEN_SIDE && CanCastleQueenSide(p);
+    default: return false;
   }
 }
 

@@ -10,10 +10,10 @@ namespace vorlek {
 constexpr int EP_NONE = 8;
 
 struct Position {
-  Bitboard own;    // the side to move's pieces
-  Bitboard type0;  // squares whose piece code has bit 0 set
-  Bitboard type1;  // ... bit 1
-  Bitboard type2;  // ... bit 2
+  Bitboard own;        // the side to move's pieces
+  Bitboard type0;      // squares whose piece code has bit 0 set
+  Bitboard type1;      // ... bit 1
+  Bitboard type2;      // ... bit 2
   uint8_t castling;    // bit 0/1: own queen/king side; bit 4/5: the opponent's
   uint8_t epFile;      // file of a pawn that has just made a double step, or EP_NONE
   uint8_t fifty;       // plies since the last capture or pawn move

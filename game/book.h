@@ -10,17 +10,17 @@ constexpr int BOOK_SIZE = 300;
 constexpr int BOOK_SLOTS = 8;
 
 struct BookEntry {
-  uint64_t key;              // 0 marks a free entry
-  Move moves[BOOK_SLOTS];    // used slots form a prefix; 0 marks an empty slot
+  uint64_t key;            // 0 marks a free entry
+  Move moves[BOOK_SLOTS];  // used slots form a prefix; 0 marks an empty slot
 };
 
 inline BookEntry Aperture[BOOK_SIZE];
 
 enum class BookStatus {
   OK,
-  BAD_MOVE,     // a token is not a move of its position
-  TABLE_FULL,   // a new position needs an entry and all are used
-  ENTRY_FULL,   // a new move needs a slot and the entry's slots are used
+  BAD_MOVE,    // a token is not a move of its position
+  TABLE_FULL,  // a new position needs an entry and all are used
+  ENTRY_FULL,  // a new move needs a slot and the entry's slots are used
 };
 
 struct BookLineResult {

@@ -57,8 +57,8 @@ bool InRange(const char* line, const char* lower, const char* upper) {
 }
 
 bool LooksLikeMove(const char* line) {
-  return line[0] >= 'a' && line[0] <= 'h' && line[1] >= '1' && line[1] <= '8' && line[2] >= 'a' &&
-         line[2] <= 'h' && line[3] >= '1' && line[3] <= '8';
+  return line[0] >= 'a' && line[0] <= 'h' && line[1] >= '1' && line[1] <= '8' && line[2] >= 'a' && line[2] <= 'h' &&
+         line[3] >= '1' && line[3] <= '8';
 }
 
 bool IsAcceptedFeature(const char* line) {
@@ -84,8 +84,8 @@ bool Handshake(FILE* in, FILE* out) {
   // The second line is compared with its newline, as it was read.
   char withNewline[LINE_SIZE + 1];
   std::snprintf(withNewline, sizeof withNewline, "%s%s", line, newline ? "\n" : "");
-  const bool secondRight = r == LineRead::LINE && std::strcmp(withNewline, "protover 2") >= 0 &&
-                           std::strcmp(withNewline, "protover z") <= 0;
+  const bool secondRight =
+      r == LineRead::LINE && std::strcmp(withNewline, "protover 2") >= 0 && std::strcmp(withNewline, "protover z") <= 0;
   std::fprintf(out, "%s\n", FEATURE_LINE);
   std::fflush(out);
   if (!firstRight || !secondRight) {
@@ -122,15 +122,10 @@ void OpponentMove(FILE* out, const char* line) {
       if (gameResult != RESULT_NONE) PrintResult(gameResult);
       break;
     case MOVE_NOT_FOUND:
-      std::fprintf(out, "Illegal move(Pezzo non di turno o casa vuota o casa di destinazione non valida): %s\n",
-                   line);
+      std::fprintf(out, "Illegal move(Pezzo non di turno o casa vuota o casa di destinazione non valida): %s\n", line);
       break;
-    case MOVE_BAD_PROMOTION:
-      std::fprintf(out, "Illegal move(Valore promozione errato): %s\n", line);
-      break;
-    case MOVE_LEAVES_CHECK:
-      std::fprintf(out, "Illegal move(Lasciato re sotto scacco): %s\n", line);
-      break;
+    case MOVE_BAD_PROMOTION: std::fprintf(out, "Illegal move(Valore promozione errato): %s\n", line); break;
+    case MOVE_LEAVES_CHECK: std::fprintf(out, "Illegal move(Lasciato re sotto scacco): %s\n", line); break;
   }
   std::fflush(out);
 }

@@ -10,9 +10,9 @@ constexpr int MATE_SCORE = 15000;     // a side mated at remaining depth d score
 constexpr int ILLEGAL_SCORE = 15100;  // the side to move can capture the enemy king
 constexpr int MAX_SEARCH_DEPTH = 32;
 
-inline uint64_t nodes = 0;    // nodes of the current iteration
-inline int useBook = 1;       // book moves are still looked for
-inline int searchDepth = 4;   // depth of the iteration being searched; carried from move to move
+inline uint64_t nodes = 0;                     // nodes of the current iteration
+inline int useBook = 1;                        // book moves are still looked for
+inline int searchDepth = 4;                    // depth of the iteration being searched; carried from move to move
 inline int maxSearchDepth = MAX_SEARCH_DEPTH;  // no iteration goes deeper; tools may lower it
 
 // Emergency stop for set-ups whose capture sequences explode (dozens of queens): once the wall clock
