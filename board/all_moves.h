@@ -25,4 +25,8 @@ bool IsLegalMove(Move move);
 // Whether the side to move has at least one legal move.
 bool HasLegalMove();
 
+// Legal leaf nodes `depth` plies below the current position (the perft count); `current` is left where
+// it was.
+uint64_t Perft(int depth);
+
 }  // namespace vorlek

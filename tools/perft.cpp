@@ -20,19 +20,6 @@ namespace {
 
 constexpr int MAX_PERFT_DEPTH = 64;
 
-uint64_t Perft(int depth) {
-  if (depth == 0) return 1;
-  FlatMoveList list;
-  GenerateAllMoves(*current, list);
-  uint64_t leaves = 0;
-  for (int i = 0; i < list.count; ++i) {
-    if (!MakeMoveIfLegal(list.moves[i])) continue;
-    leaves += depth == 1 ? 1 : Perft(depth - 1);
-    TakeBack();
-  }
-  return leaves;
-}
-
 int Usage() {
   std::fprintf(stderr, "usage: vorlek-perft [--divide] DEPTH [FEN]\n");
   return 2;

@@ -300,36 +300,13 @@ class MoveGeneration : public ::testing::Test {
 
 // ---- agreement with the reference ----
 
-const char* const START_POSITIONS[] = {
-    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
-    "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
-    "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
-    "r2q1rk1/pP1p2pp/Q4n2/bbp1p3/Np6/1B3NBn/pPPP1PPP/R3K2R b KQ - 0 1",
-    "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
-    "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
-};
-
 TEST_F(MoveGeneration, AgreesWithTheReferenceAlongRandomGames) {
-  test::Random random(4);
   int positions = 0;
-  for (const char* fen : START_POSITIONS) {
-    for (int game = 0; game < 8; ++game) {
-      ASSERT_EQ(test::SetUpPosition(fen), 1);
-      for (int ply = 0; ply < 150; ++ply) {
-        ExpectSameAsReference(*current,
-                              std::string(fen) + " game " + std::to_string(game) + " ply " + std::to_string(ply));
-        if (HasFatalFailure()) return;
-        if (++positions % 500 == 0) {
-          ExpectIsGeneratedMoveAgrees(*current, fen);
-          if (HasFatalFailure()) return;
-        }
-        const std::vector<Move> legal = test::LegalMoves();
-        if (legal.empty()) break;
-        ASSERT_TRUE(MakeMoveIfLegal(legal[random.Below(static_cast<int>(legal.size()))]));
-      }
-    }
-  }
+  ASSERT_TRUE(test::WalkRandomGames(test::PERFT_POSITIONS, 4, 8, 150, [&](const char* fen, int ply) {
+    ExpectSameAsReference(*current, std::string(fen) + " ply " + std::to_string(ply));
+    if (++positions % 500 == 0 && !HasFatalFailure()) ExpectIsGeneratedMoveAgrees(*current, fen);
+    return !HasFatalFailure();
+  }));
   EXPECT_GT(positions, 5000);
 }
 

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "board/all_moves.h"
 #include "board/init_tables.h"
 #include "support/board_helpers.h"
 
@@ -26,29 +27,29 @@ struct PerftCase {
 };
 std::ostream& operator<<(std::ostream& out, const PerftCase& c) { return out << c.name << " depth " << c.depth; }
 
-class Perft : public ::testing::TestWithParam<PerftCase> {
+class PerftCounts : public ::testing::TestWithParam<PerftCase> {
  protected:
   static void SetUpTestSuite() { InitTables(); }
 };
 
-TEST_P(Perft, CountsLegalLeaves) {
+TEST_P(PerftCounts, CountsLegalLeaves) {
   const PerftCase& c = GetParam();
   ASSERT_EQ(test::SetUpPosition(c.fen), 1);
-  EXPECT_EQ(test::Perft(c.depth), c.leaves);
+  EXPECT_EQ(Perft(c.depth), c.leaves);
   EXPECT_EQ(current, PositionStack);
 }
 
-constexpr const char* INITIAL = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-constexpr const char* KIWIPETE = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
-constexpr const char* ENDGAME = "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1";
-constexpr const char* PROMOTIONS = "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1";
-constexpr const char* PROMOTIONS_MIRRORED = "r2q1rk1/pP1p2pp/Q4n2/bbp1p3/Np6/1B3NBn/pPPP1PPP/R3K2R b KQ - 0 1";
-constexpr const char* UNDERPROMOTION = "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8";
-constexpr const char* MIDDLEGAME = "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10";
+constexpr const char* INITIAL = test::PERFT_POSITIONS[0];
+constexpr const char* KIWIPETE = test::PERFT_POSITIONS[1];
+constexpr const char* ENDGAME = test::PERFT_POSITIONS[2];
+constexpr const char* PROMOTIONS = test::PERFT_POSITIONS[3];
+constexpr const char* PROMOTIONS_MIRRORED = test::PERFT_POSITIONS[4];
+constexpr const char* UNDERPROMOTION = test::PERFT_POSITIONS[5];
+constexpr const char* MIDDLEGAME = test::PERFT_POSITIONS[6];
 
 // About 17 million leaves: a second in an optimised build, a few seconds under the sanitizers.
 INSTANTIATE_TEST_SUITE_P(
-    PublicPositions, Perft,
+    PublicPositions, PerftCounts,
     ::testing::Values(PerftCase{"Initial", INITIAL, 1, 20}, PerftCase{"Initial", INITIAL, 2, 400},
                       PerftCase{"Initial", INITIAL, 3, 8902}, PerftCase{"Initial", INITIAL, 4, 197281},
                       PerftCase{"Initial", INITIAL, 5, 4865609}, PerftCase{"Kiwipete", KIWIPETE, 1, 48},

@@ -17,7 +17,7 @@ namespace {
 // it must be the key MakeMove gives, for every kind of move (castling rights and en passant included).
 TEST(ChildKey, MatchesTheKeyAfterMakeMove) {
   InitTables();
-  const char* fens[] = {
+  const auto fens = {
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
       "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
       "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R b KQkq - 0 1",
@@ -29,26 +29,19 @@ TEST(ChildKey, MatchesTheKeyAfterMakeMove) {
       "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1",
       "r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1",
   };
-  test::Random random(99);
   int checked = 0;
-  for (const char* fen : fens) {
-    ASSERT_EQ(test::SetUpPosition(fen), 1) << fen;
-    // The position itself and a few plies of a random game from it.
-    for (int ply = 0; ply < 12; ++ply) {
-      FlatMoveList list;
-      GenerateAllMoves(*current, list);
-      for (int i = 0; i < list.count; ++i) {
-        const uint64_t predicted = ChildKey(*current, list.moves[i]);
-        MakeMove(list.moves[i]);
-        EXPECT_EQ(predicted, current->key) << fen << " ply " << ply << " move " << std::hex << list.moves[i];
-        TakeBack();
-        ++checked;
-      }
-      const std::vector<Move> legal = test::LegalMoves();
-      if (legal.empty()) break;
-      MakeMove(legal[random.Below(static_cast<int>(legal.size()))]);
+  ASSERT_TRUE(test::WalkRandomGames(fens, 99, 1, 12, [&](const char* fen, int ply) {
+    FlatMoveList list;
+    GenerateAllMoves(*current, list);
+    for (int i = 0; i < list.count; ++i) {
+      const uint64_t predicted = ChildKey(*current, list.moves[i]);
+      MakeMove(list.moves[i]);
+      EXPECT_EQ(predicted, current->key) << fen << " ply " << ply << " move " << std::hex << list.moves[i];
+      TakeBack();
+      ++checked;
     }
-  }
+    return true;
+  }));
   EXPECT_GT(checked, 1000);
 }
 

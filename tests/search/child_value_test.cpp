@@ -15,7 +15,7 @@ namespace {
 
 TEST(ChildStaticValue, MatchesEvaluateAfterMakeMove) {
   InitTables();
-  const char* fens[] = {
+  const auto fens = {
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
       "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
       "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
@@ -27,28 +27,22 @@ TEST(ChildStaticValue, MatchesEvaluateAfterMakeMove) {
       // Crowded: scores far from zero.
       "QQQQkQQQ/QQQQQQQQ/8/8/8/8/8/4K3 b - - 0 1",
   };
-  test::Random random(4242);
   int checked = 0;
-  for (const char* fen : fens) {
-    ASSERT_EQ(test::SetUpPosition(fen), 1) << fen;
-    for (int ply = 0; ply < 16; ++ply) {
-      FlatMoveList list;
-      GenerateAllMoves(*current, list);
-      for (int i = 0; i < list.count; ++i) {
-        int predicted = 0;
-        const bool known = ChildStaticValue(*current, list.moves[i], predicted);
-        EXPECT_EQ(known, CapturedPiece(list.moves[i]) != KING) << fen << " ply " << ply;
-        if (!known) continue;
-        MakeMove(list.moves[i]);
-        EXPECT_EQ(predicted, Evaluate(*current)) << fen << " ply " << ply << " move " << std::hex << list.moves[i];
-        TakeBack();
-        ++checked;
-      }
-      const std::vector<Move> legal = test::LegalMoves();
-      if (legal.empty()) break;
-      MakeMove(legal[random.Below(static_cast<int>(legal.size()))]);
+  ASSERT_TRUE(test::WalkRandomGames(fens, 4242, 1, 16, [&](const char* fen, int ply) {
+    FlatMoveList list;
+    GenerateAllMoves(*current, list);
+    for (int i = 0; i < list.count; ++i) {
+      int predicted = 0;
+      const bool known = ChildStaticValue(*current, list.moves[i], predicted);
+      EXPECT_EQ(known, CapturedPiece(list.moves[i]) != KING) << fen << " ply " << ply;
+      if (!known) continue;
+      MakeMove(list.moves[i]);
+      EXPECT_EQ(predicted, Evaluate(*current)) << fen << " ply " << ply << " move " << std::hex << list.moves[i];
+      TakeBack();
+      ++checked;
     }
-  }
+    return true;
+  }));
   EXPECT_GT(checked, 1000);
 }
 

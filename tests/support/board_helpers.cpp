@@ -104,17 +104,6 @@ std::vector<Move> LegalMoves() {
   return legal;
 }
 
-uint64_t Perft(int depth) {
-  if (depth == 0) return 1;
-  FlatMoveList list;
-  GenerateAllMoves(*current, list);
-  uint64_t leaves = 0;
-  for (int i = 0; i < list.count; ++i) {
-    if (!MakeMoveIfLegal(list.moves[i])) continue;
-    leaves += depth == 1 ? 1 : Perft(depth - 1);
-    TakeBack();
-  }
-  return leaves;
-}
+void PlayMove(Move move) { MakeMove(move); }
 
 }  // namespace vorlek::test

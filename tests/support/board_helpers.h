@@ -37,8 +37,8 @@ bool PlayMoves(const char* moves);
 // Every legal move of the current position, in generation order.
 std::vector<Move> LegalMoves();
 
-// Legal leaf nodes `depth` plies below the current position.
-uint64_t Perft(int depth);
+// Makes a move known to be legal on the stack.
+void PlayMove(Move move);
 
 // A small deterministic generator for random games and positions (the same sequence on every platform).
 class Random {
@@ -56,5 +56,37 @@ class Random {
  private:
   uint64_t state_;
 };
+
+// The public perft test positions: the initial position, "Kiwipete", the rook endgame, the promotion
+// position and its mirror, the underpromotion position and a quiet middlegame.
+inline constexpr const char* PERFT_POSITIONS[] = {
+    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+    "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+    "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
+    "r2q1rk1/pP1p2pp/Q4n2/bbp1p3/Np6/1B3NBn/pPPP1PPP/R3K2R b KQ - 0 1",
+    "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
+    "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
+};
+
+// Plays `games` random games of at most `plies` plies from each FEN of `fens` and calls visit(fen, ply)
+// on every position reached, before the next random legal move is made. A game ends early at mate or
+// stalemate; the whole walk stops when visit returns false. False when a FEN is refused.
+template <typename Fens, typename Visit>
+bool WalkRandomGames(const Fens& fens, uint64_t seed, int games, int plies, Visit visit) {
+  Random random(seed);
+  for (const char* fen : fens) {
+    for (int game = 0; game < games; ++game) {
+      if (SetUpPosition(fen) != 1) return false;
+      for (int ply = 0; ply < plies; ++ply) {
+        if (!visit(fen, ply)) return true;
+        const std::vector<Move> legal = LegalMoves();
+        if (legal.empty()) break;
+        PlayMove(legal[random.Below(static_cast<int>(legal.size()))]);
+      }
+    }
+  }
+  return true;
+}
 
 }  // namespace vorlek::test
