@@ -56,12 +56,6 @@ const std::string AFTER_E4 =
 const std::string AFTER_E4_E5 =
     Board({"tcadract", "pppp ppp", "        ", "    p   ", "    P   ", "        ", "PPPP PPP", "TCADRACT"});
 
-void ExpectCleanExit(const EngineRun& run) {
-  EXPECT_FALSE(run.hung);
-  EXPECT_TRUE(run.exited);
-  EXPECT_EQ(run.exitStatus, 0);
-}
-
 TEST(ConsoleBoard, DrawingHasTheFixedSizeAndFrame) {
   EXPECT_EQ(INITIAL_BOARD.size(), 650u);
   EXPECT_EQ(Board({"tcadract", "pppppppp", "        ", "        ", "        ", "        ", "PPPPPPPP", "TCADRACT"}),

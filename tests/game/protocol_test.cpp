@@ -18,12 +18,6 @@ const std::string NOT_FOUND = "Illegal move(Pezzo non di turno o casa vuota o ca
 const std::string BAD_PROMOTION = "Illegal move(Valore promozione errato): ";
 const std::string LEAVES_CHECK = "Illegal move(Lasciato re sotto scacco): ";
 
-void ExpectCleanExit(const EngineRun& run) {
-  EXPECT_FALSE(run.hung);
-  EXPECT_TRUE(run.exited);
-  EXPECT_EQ(run.exitStatus, 0);
-}
-
 // ---------------------------------------------------------------------------------------------
 // Handshake
 

@@ -2,81 +2,26 @@
 // game can reach, a full book table, absurd clocks and input cut short. Every run must
 // end by itself with status 0 and leave no sanitizer report.
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <chrono>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
-#include <thread>
 #include <vector>
+
+#include "support/engine_process.h"
 
 namespace {
 
-namespace fs = std::filesystem;
+using vorlek::test::EngineRun;
+using vorlek::test::ExpectCleanExit;
+using vorlek::test::FEATURE_LINE;
+using vorlek::test::HANDSHAKE;
 
-const std::string HANDSHAKE = "xboard\nprotover 2\n";
-const std::string FEATURE_LINE =
-    "feature setboard=1 playother=1 sigint=0 analyze=0 colors=0 time=1 myname=\"Vorlek\" done=1\n";
 // Clocks of a few centiseconds: one or two quick iterations per move.
 const std::string SHORT_CLOCKS = "time 5\notim 5\n";
 
-struct StressRun {
-  int exitStatus = -1;  // -1: killed by a signal, or killed after the safety deadline
-  std::string out;
-  std::string err;
-};
-
-std::string ReadWhole(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
-void WriteWhole(const fs::path& path, const std::string& bytes) {
-  std::ofstream file(path, std::ios::binary);
-  file << bytes;
-}
-
-// Runs the engine in a fresh working folder holding `book` as "Aperture.txt", with `input` as its whole
-// standard input (a file, so xboard mode). A run that has not ended after a generous deadline is killed.
-StressRun RunEngine(const std::string& input, const std::string& book = "") {
-  char dirTemplate[] = "/tmp/vorlek-stress-XXXXXX";
-  const char* dir = mkdtemp(dirTemplate);
-  if (!dir) return {};
-  const fs::path folder(dir);
-  WriteWhole(folder / "Aperture.txt", book);
-  WriteWhole(folder / "stdin", input);
-
-  StressRun run;
-  const pid_t pid = fork();
-  if (pid == 0) {
-    if (chdir(dir) != 0 || !freopen("stdin", "rb", stdin) || !freopen("stdout", "wb", stdout) ||
-        !freopen("stderr", "wb", stderr)) {
-      _exit(126);
-    }
-    execl(VORLEK_BINARY, VORLEK_BINARY, static_cast<char*>(nullptr));
-    _exit(127);
-  }
-  int status = 0;
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
-  while (waitpid(pid, &status, WNOHANG) == 0) {
-    if (std::chrono::steady_clock::now() > deadline) {
-      kill(pid, SIGKILL);
-      waitpid(pid, &status, 0);
-      break;
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  if (WIFEXITED(status)) run.exitStatus = WEXITSTATUS(status);
-  run.out = ReadWhole(folder / "stdout");
-  run.err = ReadWhole(folder / "stderr");
-  fs::remove_all(folder);
-  return run;
+// Runs the engine with `input`; the book holds only `book` (by default nothing, so every move is searched).
+EngineRun RunEngine(const std::string& input, const std::string& book = "") {
+  return vorlek::test::RunWithInput(input, book);
 }
 
 int CountLines(const std::string& out, const std::string& line) {
@@ -105,16 +50,6 @@ bool HasResultLine(const std::string& out) {
   return false;
 }
 
-bool HasSanitizerReport(const std::string& err) {
-  return err.find("runtime error") != std::string::npos || err.find("Sanitizer") != std::string::npos;
-}
-
-// What every run must show: an orderly end and a clean standard error.
-void ExpectCleanEnd(const StressRun& run) {
-  EXPECT_EQ(run.exitStatus, 0) << run.out << run.err;
-  EXPECT_FALSE(HasSanitizerReport(run.err)) << run.err;
-}
-
 // Every "move" line is a move in coordinates: "move " then four characters and a promotion or a blank.
 void ExpectWellFormedMoves(const std::vector<std::string>& moves) {
   for (const std::string& m : moves) {
@@ -134,13 +69,13 @@ TEST(Stress, GameLongerThanThePositionStack) {
   const int cycles = 200;  // 800 plies
   for (int i = 0; i < cycles; ++i) input += "g1f3\ng8f6\nf3g1\nf6g8\n";
   input += "e2e4\n" + SHORT_CLOCKS + "go\nquit\n";
-  const StressRun run = RunEngine(input);
-  ExpectCleanEnd(run);
-  EXPECT_EQ(run.out.find("Illegal move"), std::string::npos);
-  EXPECT_GT(CountLines(run.out, "1/2-1/2 {pari per ripetizione}"), 0);
-  EXPECT_GT(CountLines(run.out, "1/2-1/2 {pari 50 mosse}"), 0);
-  const std::vector<std::string> moves = MoveLines(run.out);
-  ASSERT_EQ(moves.size(), 1u) << run.out;
+  const EngineRun run = RunEngine(input);
+  ExpectCleanExit(run);
+  EXPECT_EQ(run.output.find("Illegal move"), std::string::npos);
+  EXPECT_GT(CountLines(run.output, "1/2-1/2 {pari per ripetizione}"), 0);
+  EXPECT_GT(CountLines(run.output, "1/2-1/2 {pari 50 mosse}"), 0);
+  const std::vector<std::string> moves = MoveLines(run.output);
+  ASSERT_EQ(moves.size(), 1u) << run.output;
   ExpectWellFormedMoves(moves);
 }
 
@@ -152,21 +87,21 @@ TEST(Stress, EngineKeepsPlayingPastTheStackSize) {
   input += "e2e4\ne7e5\n" + SHORT_CLOCKS;
   for (int i = 0; i < 8; ++i) input += "go\n";
   input += "quit\n";
-  const StressRun run = RunEngine(input);
-  ExpectCleanEnd(run);
-  const std::vector<std::string> moves = MoveLines(run.out);
-  EXPECT_GE(moves.size(), 1u) << run.out;
+  const EngineRun run = RunEngine(input);
+  ExpectCleanExit(run);
+  const std::vector<std::string> moves = MoveLines(run.output);
+  EXPECT_GE(moves.size(), 1u) << run.output;
   ExpectWellFormedMoves(moves);
 }
 
 // Thirty queens: the capture sequences of the first iteration alone would run for hours. The search is
 // abandoned at its emergency deadline and the engine still plays a legal move.
 TEST(Stress, ExplodingCaptureSequencesStillGiveAMove) {
-  const StressRun run = RunEngine(HANDSHAKE + "setboard QQQQQQQQ/QQQQQQQQ/8/8/8/8/qqqqqqqq/qqqqqqqk w - - 0 1\n" +
+  const EngineRun run = RunEngine(HANDSHAKE + "setboard QQQQQQQQ/QQQQQQQQ/8/8/8/8/qqqqqqqq/qqqqqqqk w - - 0 1\n" +
                                   SHORT_CLOCKS + "go\nquit\n");
-  ExpectCleanEnd(run);
-  const std::vector<std::string> moves = MoveLines(run.out);
-  ASSERT_EQ(moves.size(), 1u) << run.out;
+  ExpectCleanExit(run);
+  const std::vector<std::string> moves = MoveLines(run.output);
+  ASSERT_EQ(moves.size(), 1u) << run.output;
   ExpectWellFormedMoves(moves);
 }
 
@@ -180,14 +115,14 @@ std::ostream& operator<<(std::ostream& out, const SetUpCase& c) { return out << 
 class UnreachableSetUps : public ::testing::TestWithParam<SetUpCase> {};
 
 TEST_P(UnreachableSetUps, EngineMovesLegallyAndGoesOn) {
-  const StressRun run =
+  const EngineRun run =
       RunEngine(HANDSHAKE + "setboard " + GetParam().fen + "\n" + SHORT_CLOCKS + "go\ngo\ngo\ngo\nquit\n");
-  ExpectCleanEnd(run);
+  ExpectCleanExit(run);
   // How far the search looks depends on the machine's speed, so the game may end earlier (a side left
   // without men or moves), but then with a result line.
-  const std::vector<std::string> moves = MoveLines(run.out);
-  EXPECT_GE(moves.size(), 1u) << run.out;
-  EXPECT_TRUE(moves.size() == 4u || HasResultLine(run.out)) << run.out;
+  const std::vector<std::string> moves = MoveLines(run.output);
+  EXPECT_GE(moves.size(), 1u) << run.output;
+  EXPECT_TRUE(moves.size() == 4u || HasResultLine(run.output)) << run.output;
   ExpectWellFormedMoves(moves);
 }
 
@@ -221,11 +156,11 @@ std::ostream& operator<<(std::ostream& out, const PhantomMoveCase& c) { return o
 class PhantomMoves : public ::testing::TestWithParam<PhantomMoveCase> {};
 
 TEST_P(PhantomMoves, AreRefusedAsNotFound) {
-  const StressRun run = RunEngine(HANDSHAKE + "setboard " + GetParam().fen + "\n" + GetParam().move + "\nquit\n");
-  ExpectCleanEnd(run);
-  EXPECT_EQ(run.out, FEATURE_LINE +
-                         "Illegal move(Pezzo non di turno o casa vuota o casa di destinazione non valida): " +
-                         GetParam().move + "\n");
+  const EngineRun run = RunEngine(HANDSHAKE + "setboard " + GetParam().fen + "\n" + GetParam().move + "\nquit\n");
+  ExpectCleanExit(run);
+  EXPECT_EQ(run.output, FEATURE_LINE +
+                            "Illegal move(Pezzo non di turno o casa vuota o casa di destinazione non valida): " +
+                            GetParam().move + "\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -259,12 +194,12 @@ std::string BookOfPositions(int positions) {
 
 TEST(Stress, BookOfThreeHundredPositionsLoadsAndIsPlayed) {
   const std::string book = BookOfPositions(300);
-  const StressRun run = RunEngine(HANDSHAKE + "new\ngo\nquit\n", book);
-  ExpectCleanEnd(run);
+  const EngineRun run = RunEngine(HANDSHAKE + "new\ngo\nquit\n", book);
+  ExpectCleanExit(run);
   // The book move comes without a thinking line: the output is the feature line and the move.
-  const std::vector<std::string> moves = MoveLines(run.out);
-  ASSERT_EQ(moves.size(), 1u) << run.out;
-  EXPECT_EQ(run.out, FEATURE_LINE + moves[0] + "\n");
+  const std::vector<std::string> moves = MoveLines(run.output);
+  ASSERT_EQ(moves.size(), 1u) << run.output;
+  EXPECT_EQ(run.output, FEATURE_LINE + moves[0] + "\n");
   bool fromBook = false;
   for (const char* first : FIRST_MOVES) fromBook = fromBook || moves[0] == std::string("move ") + first + " ";
   EXPECT_TRUE(fromBook) << moves[0];
@@ -280,10 +215,10 @@ std::ostream& operator<<(std::ostream& out, const ClockCase& c) { return out << 
 class AbsurdClocks : public ::testing::TestWithParam<ClockCase> {};
 
 TEST_P(AbsurdClocks, EngineStillMovesOnce) {
-  const StressRun run = RunEngine(HANDSHAKE + "new\n" + GetParam().commands + "go\nquit\n");
-  ExpectCleanEnd(run);
-  const std::vector<std::string> moves = MoveLines(run.out);
-  ASSERT_EQ(moves.size(), 1u) << run.out;
+  const EngineRun run = RunEngine(HANDSHAKE + "new\n" + GetParam().commands + "go\nquit\n");
+  ExpectCleanExit(run);
+  const std::vector<std::string> moves = MoveLines(run.output);
+  ASSERT_EQ(moves.size(), 1u) << run.output;
   ExpectWellFormedMoves(moves);
 }
 
@@ -310,12 +245,12 @@ std::ostream& operator<<(std::ostream& out, const CutInputCase& c) { return out 
 class CutInput : public ::testing::TestWithParam<CutInputCase> {};
 
 TEST_P(CutInput, LastPartIsALine) {
-  const StressRun run = RunEngine(GetParam().input);
-  ExpectCleanEnd(run);
+  const EngineRun run = RunEngine(GetParam().input);
+  ExpectCleanExit(run);
   if (GetParam().oneMove) {
-    EXPECT_EQ(MoveLines(run.out).size(), 1u) << run.out;
+    EXPECT_EQ(MoveLines(run.output).size(), 1u) << run.output;
   } else {
-    EXPECT_EQ(run.out, GetParam().expected);
+    EXPECT_EQ(run.output, GetParam().expected);
   }
 }
 

@@ -1,6 +1,7 @@
 #include "support/engine_process.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <pty.h>
 #include <signal.h>
@@ -98,6 +99,8 @@ EngineRun RunWithInput(const std::string& input, const std::optional<std::string
   posix_spawn_file_actions_adddup2(&actions, toEngine[0], STDIN_FILENO);
   posix_spawn_file_actions_adddup2(&actions, fromEngine[1], STDOUT_FILENO);
   posix_spawn_file_actions_addchdir_np(&actions, dir.Path().c_str());
+  // Opened after the change of folder, so inside the run's own folder.
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "standard-error", O_WRONLY | O_CREAT | O_TRUNC, 0600);
   char name[] = "vorlek";
   char* const argv[] = {name, nullptr};
   pid_t pid;
@@ -146,7 +149,16 @@ EngineRun RunWithInput(const std::string& input, const std::optional<std::string
   close(readEnd);
   Reap(pid, run);
   run.log = dir.ReadFile("partita.log");
+  run.errors = dir.ReadFile("standard-error").value_or("");
   return run;
+}
+
+void ExpectCleanExit(const EngineRun& run) {
+  EXPECT_FALSE(run.hung);
+  EXPECT_TRUE(run.exited);
+  EXPECT_EQ(run.exitStatus, 0) << run.output << run.errors;
+  EXPECT_EQ(run.errors.find("runtime error"), std::string::npos) << run.errors;
+  EXPECT_EQ(run.errors.find("Sanitizer"), std::string::npos) << run.errors;
 }
 
 EngineRun RunOnTerminal(const std::vector<std::string>& lines, const std::optional<std::string>& book, bool endInput) {

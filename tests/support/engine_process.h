@@ -30,7 +30,11 @@ struct EngineRun {
   int exitStatus = -1;             // valid when `exited`
   bool hung = false;               // killed after the safety deadline; a test failure in itself
   std::optional<std::string> log;  // "partita.log" afterwards, nullopt when the engine made none
+  std::string errors;              // standard error (runs on a pipe only)
 };
+
+// What every run must show: an orderly end by itself with status 0, and no sanitizer report.
+void ExpectCleanExit(const EngineRun& run);
 
 // The book the tests use unless they say otherwise: its replies need no search.
 inline const std::string SMALL_BOOK = "e2e4 e7e5\n";
