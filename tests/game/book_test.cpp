@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -139,6 +140,7 @@ struct SameTableCase {
   const char* line;
   const char* sameAs;
 };
+std::ostream& operator<<(std::ostream& out, const SameTableCase& c) { return out << c.name; }
 
 class BookLineSpelling : public BookLoader, public ::testing::WithParamInterface<SameTableCase> {};
 
@@ -171,6 +173,7 @@ struct BadTokenCase {
   int tokenStart;
   int tokenLength;
 };
+std::ostream& operator<<(std::ostream& out, const BadTokenCase& c) { return out << c.name; }
 
 class BadToken : public BookLoader, public ::testing::WithParamInterface<BadTokenCase> {};
 
@@ -210,6 +213,7 @@ struct PromotionCase {
   const char* token;
   const char* entered;  // the move text of the move the token enters
 };
+std::ostream& operator<<(std::ostream& out, const PromotionCase& c) { return out << c.token << " in " << c.fen; }
 
 class BookPromotion : public BookLoader, public ::testing::WithParamInterface<PromotionCase> {};
 

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <ostream>
 #include <string>
 
 #include "board/types.h"
@@ -50,6 +51,7 @@ struct LoopCase {
   int engineSide;
   int gameResult;
 };
+std::ostream& operator<<(std::ostream& out, const LoopCase& c) { return out << c.name; }
 
 class CommandLoopState : public ::testing::TestWithParam<LoopCase> {};
 

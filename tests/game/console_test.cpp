@@ -4,6 +4,7 @@
 
 #include <array>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -69,6 +70,7 @@ struct ConsoleCase {
   std::string output;
   std::optional<std::string> log;
 };
+std::ostream& operator<<(std::ostream& out, const ConsoleCase& c) { return out << c.name; }
 
 class Console : public ::testing::TestWithParam<ConsoleCase> {};
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <ostream>
 #include <string>
 
 #include "support/engine_process.h"
@@ -26,6 +27,7 @@ struct HandshakeCase {
   std::string input;
   std::string output;
 };
+std::ostream& operator<<(std::ostream& out, const HandshakeCase& c) { return out << c.name; }
 
 class Handshake : public ::testing::TestWithParam<HandshakeCase> {};
 
@@ -87,6 +89,7 @@ struct BookFailureCase {
   std::string book;
   std::string output;  // after the feature line; nothing for a book that loads
 };
+std::ostream& operator<<(std::ostream& out, const BookFailureCase& c) { return out << c.name; }
 
 class BookFile : public ::testing::TestWithParam<BookFailureCase> {};
 
@@ -158,6 +161,7 @@ struct InputCase {
   std::string output;  // after the feature line
   std::string log;
 };
+std::ostream& operator<<(std::ostream& out, const InputCase& c) { return out << c.name; }
 
 class Input : public ::testing::TestWithParam<InputCase> {};
 
@@ -206,6 +210,7 @@ struct IllegalMoveCase {
   std::string reply;  // the refusal, before the move text
   std::string after;  // a legal move for the same side, proving the position did not change
 };
+std::ostream& operator<<(std::ostream& out, const IllegalMoveCase& c) { return out << c.name; }
 
 class IllegalMove : public ::testing::TestWithParam<IllegalMoveCase> {};
 
@@ -247,6 +252,7 @@ struct PlayCase {
   std::string output;  // after the feature line
   std::string log;
 };
+std::ostream& operator<<(std::ostream& out, const PlayCase& c) { return out << c.name; }
 
 class Play : public ::testing::TestWithParam<PlayCase> {};
 
@@ -319,6 +325,7 @@ struct SearchCase {
   std::string move;    // the reply line, which must end the output
   std::string result;  // the result line that follows it, if any
 };
+std::ostream& operator<<(std::ostream& out, const SearchCase& c) { return out << c.name; }
 
 class SearchedMove : public ::testing::TestWithParam<SearchCase> {};
 

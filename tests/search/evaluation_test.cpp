@@ -72,6 +72,9 @@ struct KingTermCase {
   int menCount;
   int term;
 };
+std::ostream& operator<<(std::ostream& out, const KingTermCase& c) {
+  return out << "square " << c.index << " with " << c.menCount << " men";
+}
 
 class KingTerms : public EvaluationTest, public ::testing::WithParamInterface<KingTermCase> {};
 

@@ -24,6 +24,9 @@ struct AllotmentCase {
   int levelMoves, engineTime, opponentTime, ply, side;
   int64_t movesToGo, budget, iterationLimit;
 };
+std::ostream& operator<<(std::ostream& out, const AllotmentCase& c) {
+  return out << "level " << c.levelMoves << " time " << c.engineTime << " otim " << c.opponentTime << " ply " << c.ply;
+}
 
 class Allotment : public ::testing::TestWithParam<AllotmentCase> {};
 
@@ -69,6 +72,7 @@ struct DivisorCase {
   int64_t budget;
   int64_t divisor;
 };
+std::ostream& operator<<(std::ostream& out, const DivisorCase& c) { return out << "budget " << c.budget; }
 
 class Divisor : public ::testing::TestWithParam<DivisorCase> {};
 
@@ -171,6 +175,7 @@ struct ThinkingCase {
   uint64_t nodes;
   const char* line;
 };
+std::ostream& operator<<(std::ostream& out, const ThinkingCase& c) { return out << c.line; }
 
 class ThinkingNumbers : public ::testing::TestWithParam<ThinkingCase> {};
 

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 
 #include <cstdio>
+#include <ostream>
 #include <string>
 
 #include "support/engine_process.h"
@@ -85,6 +86,7 @@ struct BrokenBookCase {
   const char* reason;  // the explanation
   const char* engineMessage;
 };
+std::ostream& operator<<(std::ostream& out, const BrokenBookCase& c) { return out << c.name; }
 
 class BrokenBook : public ::testing::TestWithParam<BrokenBookCase> {};
 
