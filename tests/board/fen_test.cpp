@@ -18,10 +18,6 @@ constexpr const char* INITIAL_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR
 
 bool SameRecord(const Position& a, const Position& b) { return std::memcmp(&a, &b, sizeof(Position)) == 0; }
 
-bool SameBoard(const Position& a, const Position& b) {
-  return a.own == b.own && a.type0 == b.type0 && a.type1 == b.type1 && a.type2 == b.type2;
-}
-
 class FenReader : public ::testing::Test {
  protected:
   static void SetUpTestSuite() { InitTables(); }
@@ -34,16 +30,6 @@ TEST_F(FenReader, InitialFenGivesTheNewGameRecord) {
   EXPECT_TRUE(SameRecord(*current, fresh));
   EXPECT_EQ(current->key, InitialPosition().key);
   EXPECT_EQ(current->score, 0);
-}
-
-TEST_F(FenReader, BlackToMoveTurnsTheRecordOver) {
-  Position p = InitialPosition();
-  ASSERT_EQ(SetBoard(p, "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1"), 1);
-  EXPECT_EQ(p.side, BLACK);
-  EXPECT_EQ(p.own, 0xffffu);
-  EXPECT_EQ(p.castling, 0x33);
-  EXPECT_EQ(p.key, InitialPosition().key ^ SquareTable.sideKey);
-  EXPECT_EQ(p.score, 0);
 }
 
 struct FieldsCase {
@@ -75,45 +61,26 @@ INSTANTIATE_TEST_SUITE_P(
     Board, AcceptedFields,
     ::testing::Values(
         FieldsCase{"Initial", INITIAL_FEN, WHITE, 0x33, EP_NONE, 0},
-        FieldsCase{"NoCastling", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1", WHITE, 0, EP_NONE, 0},
-        FieldsCase{"KqWhiteToMove", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w Kq - 0 1", WHITE, 0x12, EP_NONE, 0},
         FieldsCase{"KqBlackToMove", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b Kq - 0 1", BLACK, 0x21, EP_NONE, 0},
         FieldsCase{"RightsInAnyOrder", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w qkQK - 0 1", WHITE, 0x33, EP_NONE,
                    0},
         FieldsCase{"RightsRepeated", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KKk - 0 1", WHITE, 0x22, EP_NONE,
                    0},
         FieldsCase{"EnPassantE6", "rnbqkbnr/pppp1ppp/8/3Pp3/8/8/PPP1PPPP/RNBQKBNR w KQkq e6 0 3", WHITE, 0x33, 4, 0},
-        FieldsCase{"EnPassantA6", "rnbqkbnr/1ppppppp/8/pP6/8/8/P1PPPPPP/RNBQKBNR w KQkq a6 0 3", WHITE, 0x33, 0, 0},
         FieldsCase{"EnPassantH3BlackToMove", "rnbqkbnr/pppppp1p/8/8/6pP/8/PPPPPPP1/RNBQKBNR b KQkq h3 0 3", BLACK, 0x33,
                    7, 0},
         FieldsCase{"EnPassantRestNotRead", "rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq d6x 0 3", WHITE, 0x33,
                    3, 0},
         FieldsCase{"HalfmoveClock100", "8/8/8/8/8/8/8/K6k w - - 100 80", WHITE, 0, EP_NONE, 100},
-        FieldsCase{"HalfmoveClockLetters", "8/8/8/8/8/8/8/K6k w - - abc 1", WHITE, 0, EP_NONE, 0},
         FieldsCase{"HalfmoveClockLeadingDigits", "8/8/8/8/8/8/8/K6k w - - 7x 1", WHITE, 0, EP_NONE, 7},
-        FieldsCase{"FullmoveNotRead", "8/8/8/8/8/8/8/K6k w - - 3 zz", WHITE, 0, EP_NONE, 3},
         FieldsCase{"NinthCharacterIgnored", "rnbqkbnrX/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", WHITE, 0x33,
-                   EP_NONE, 0},
-        FieldsCase{"LeadingSlashSkipped", "/rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", WHITE, 0x33,
                    EP_NONE, 0},
         FieldsCase{"SlashesInARowCountAsOne", "rnbqkbnr//pppppppp/8/8///8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", WHITE,
                    0x33, EP_NONE, 0},
         FieldsCase{"ExtraSpaces", "   rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR   w  KQkq   -  0   1  ", WHITE, 0x33,
                    EP_NONE, 0},
-        FieldsCase{"NoKingsAtAll", "8/8/8/8/8/8/8/8 w - - 0 1", WHITE, 0, EP_NONE, 0},
         FieldsCase{"PawnsOnTheEdgeRanks", "P6p/8/8/8/8/8/8/p6P b - - 0 1", BLACK, 0, EP_NONE, 0}),
     [](const ::testing::TestParamInfo<FieldsCase>& info) { return std::string(info.param.name); });
-
-TEST_F(FenReader, IgnoredCharactersLeaveTheInitialBoard) {
-  for (const char* fen : {"rnbqkbnrX/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-                          "/rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-                          "rnbqkbnr//pppppppp/8/8///8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-                          "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR/8/8 w KQkq - 0 1"}) {
-    Position p = InitialPosition();
-    ASSERT_EQ(SetBoard(p, fen), 1) << fen;
-    EXPECT_TRUE(SameRecord(p, InitialPosition())) << fen;
-  }
-}
 
 struct RefusedCase {
   const char* name;
@@ -134,38 +101,19 @@ TEST_P(Refused, ReturnsZero) {
 INSTANTIATE_TEST_SUITE_P(
     Board, Refused,
     ::testing::Values(
-        RefusedCase{"Empty", ""}, RefusedCase{"OnlyBlanks", "    "},
-        RefusedCase{"NoSide", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR"},
+        RefusedCase{"Empty", ""}, RefusedCase{"NoSide", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR"},
         RefusedCase{"SideX", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR x KQkq - 0 1"},
-        RefusedCase{"SideUpperCase", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR W KQkq - 0 1"},
-        RefusedCase{"SideWord", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR white KQkq - 0 1"},
         RefusedCase{"RankOfSevenSquares", "rnbqkbn/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
-        RefusedCase{"RankOfSevenEmptySquares", "rnbqkbnr/pppppppp/7/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
         RefusedCase{"SevenRanks", "rnbqkbnr/pppppppp/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
         RefusedCase{"UnknownPiece", "rnbqkbnr/ppppxppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
         RefusedCase{"DigitNine", "rnbqkbnr/pppppppp/9/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
-        RefusedCase{"DigitZero", "rnbqkbnr/pppppppp/08/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
-        RefusedCase{"NoCastlingField", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w"},
         RefusedCase{"CastlingLetterX", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkx - 0 1"},
-        RefusedCase{"CastlingDashAndLetter", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w -K - 0 1"},
-        RefusedCase{"NoEnPassantField", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq"},
         RefusedCase{"EnPassantE3WhiteToMove", "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR w KQkq e3 0 1"},
         RefusedCase{"EnPassantE6BlackToMove", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq e6 0 1"},
-        RefusedCase{"EnPassantFileOnly", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e 0 1"},
-        RefusedCase{"EnPassantFileI", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq i6 0 1"},
         RefusedCase{"EnPassantRank5", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e5 0 1"},
         RefusedCase{"HalfmoveClock101", "8/8/8/8/8/8/8/K6k w - - 101 80"},
-        RefusedCase{"HalfmoveClockNegative", "8/8/8/8/8/8/8/K6k w - - -1 1"},
         RefusedCase{"HalfmoveClockHuge", "8/8/8/8/8/8/8/K6k w - - 99999999999999999999 1"}),
     [](const ::testing::TestParamInfo<RefusedCase>& info) { return std::string(info.param.name); });
-
-TEST_F(FenReader, WrongSideLeavesTheRecordUntouched) {
-  Position p = InitialPosition();
-  p.fifty = 17;
-  const Position before = p;
-  ASSERT_EQ(SetBoard(p, "8/8/8/8/8/8/8/K6k x - - 0 1"), 0);
-  EXPECT_TRUE(SameRecord(p, before));
-}
 
 TEST_F(FenReader, LaterRefusalKeepsWhatWasNotYetWritten) {
   // Refused at the castling field: the new board is written, the other fields are those of before.
@@ -198,23 +146,13 @@ TEST_P(SameAsReachedByMoves, WholeRecord) {
   const Position reached = *current;
   Position p = InitialPosition();
   ASSERT_EQ(SetBoard(p, GetParam().fen), 1);
-  EXPECT_TRUE(SameBoard(p, reached));
-  EXPECT_EQ(p.side, reached.side);
-  EXPECT_EQ(p.castling, reached.castling);
-  EXPECT_EQ(p.epFile, reached.epFile);
-  EXPECT_EQ(p.fifty, reached.fifty);
-  EXPECT_EQ(p.key, reached.key);
-  EXPECT_EQ(p.score, reached.score);
   EXPECT_TRUE(SameRecord(p, reached));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Board, SameAsReachedByMoves,
-    ::testing::Values(ReachedCase{"E4", "e2e4", "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1"},
-                      ReachedCase{"SicilianNf3", "e2e4 c7c5 g1f3",
+    ::testing::Values(ReachedCase{"SicilianNf3", "e2e4 c7c5 g1f3",
                                   "rnbqkbnr/pp1ppppp/8/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 1 2"},
-                      ReachedCase{"WhiteCastled", "e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 e1g1 g8f6",
-                                  "r1bqk2r/pppp1ppp/2n2n2/2b1p3/2B1P3/5N2/PPPP1PPP/RNBQ1RK1 w kq - 6 5"},
                       ReachedCase{"BlackCastled", "e2e4 e7e5 g1f3 g8f6 f1c4 f8c5 b1c3 e8g8",
                                   "rnbq1rk1/pppp1ppp/5n2/2b1p3/2B1P3/2N2N2/PPPP1PPP/R1BQK2R w KQ - 6 5"},
                       ReachedCase{"EnPassantOffered", "e2e4 a7a6 e4e5 d7d5",

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
-#include <set>
 #include <vector>
 
 #include "board/init_tables.h"
@@ -19,10 +18,6 @@ class SquareTableFacts : public ::testing::Test {
  protected:
   static void SetUpTestSuite() { InitTables(); }
 };
-
-TEST_F(SquareTableFacts, FirstKeyIsSeedWordZeroPlusWord34) {
-  EXPECT_EQ(SquareTable.slots[0][0].key, 0x8000fc710ace1e16ULL);
-}
 
 // The key sequence as a flat series: w[0..63] are the seed words, and every later word is the sum of
 // the words 63 and 29 places before it. The first key is w[63].
@@ -62,18 +57,6 @@ TEST_F(SquareTableFacts, KeysAreDrawnInTableOrder) {
   EXPECT_EQ(SquareTable.sideKey, keys[n]);
 }
 
-TEST_F(SquareTableFacts, AllKeysDiffer) {
-  std::set<uint64_t> seen;
-  for (const auto& slot : SquareTable.slots) {
-    for (const SquareSlot& s : slot) seen.insert(s.key);
-  }
-  for (uint64_t k : SquareTable.castlingKeys) seen.insert(k);
-  for (uint64_t k : SquareTable.epKeys) seen.insert(k);
-  seen.insert(SquareTable.sideKey);
-  EXPECT_EQ(seen.size(), 1037u);
-  EXPECT_EQ(seen.count(0), 0u);
-}
-
 TEST_F(SquareTableFacts, ValuesAreTheSameForBothColours) {
   for (int code = 0; code < 8; ++code) {
     for (int sq = 0; sq < 64; ++sq) {
@@ -81,15 +64,6 @@ TEST_F(SquareTableFacts, ValuesAreTheSameForBothColours) {
           << "code " << code << " square " << sq;
     }
   }
-}
-
-TEST_F(SquareTableFacts, PawnOnE2AndE7InTheirOwnViewsShareTheValueNotTheKey) {
-  // White's e2 pawn is slot 9 at e2; black's e7 pawn is slot 1 at the mirror of e7, which is e2 too.
-  const SquareSlot& white = SquareTable.slots[PAWN | WHITE_PIECE][Sq("e2")];
-  const SquareSlot& black = SquareTable.slots[PAWN][Mirror(Sq("e7"))];
-  EXPECT_EQ(white.value, 98);
-  EXPECT_EQ(black.value, 98);
-  EXPECT_NE(white.key, black.key);
 }
 
 struct ValueCase {
@@ -115,24 +89,17 @@ INSTANTIATE_TEST_SUITE_P(Board, SquareValues,
                          ::testing::Values(ValueCase{"KnightA1", KNIGHT, "a1", 295},
                                            // Castling moves the rook between squares of equal value.
                                            ValueCase{"RookA1", ROOK, "a1", 500},      //
-                                           ValueCase{"RookD1", ROOK, "d1", 500},      //
-                                           ValueCase{"RookF1", ROOK, "f1", 500},      //
                                            ValueCase{"RookH1", ROOK, "h1", 500},      //
                                            ValueCase{"RookB1", ROOK, "b1", 495},      //
                                            ValueCase{"RookE7", ROOK, "e7", 510},      //
                                            ValueCase{"PawnE2", PAWN, "e2", 98},       //
                                            ValueCase{"PawnE4", PAWN, "e4", 112},      //
                                            ValueCase{"PawnD6", PAWN, "d6", 130},      //
-                                           ValueCase{"PawnH6", PAWN, "h6", 115},      //
                                            ValueCase{"PawnA7", PAWN, "a7", 160},      //
                                            ValueCase{"KnightD5", KNIGHT, "d5", 320},  //
-                                           ValueCase{"KnightA3", KNIGHT, "a3", 300},  //
                                            ValueCase{"BishopA3", BISHOP, "a3", 295},  //
-                                           ValueCase{"BishopB2", BISHOP, "b2", 300},  //
                                            ValueCase{"QueenD1", QUEEN, "d1", 954},    //
-                                           ValueCase{"QueenA8", QUEEN, "a8", 946},    //
                                            ValueCase{"KingE1", KING, "e1", 15000},    //
-                                           ValueCase{"KingD5", KING, "d5", 15000},    //
                                            ValueCase{"EmptyE4", EMPTY, "e4", 0}),
                          [](const ::testing::TestParamInfo<ValueCase>& info) { return std::string(info.param.name); });
 
