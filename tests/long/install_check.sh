@@ -24,8 +24,14 @@ launcher="$prefix/games/vorlek"
 [ -x "$prefix/libexec/vorlek/vorlek" ] || fail "no engine at libexec/vorlek/vorlek"
 [ -f "$prefix/share/vorlek/Aperture.txt" ] || fail "no book at share/vorlek/Aperture.txt"
 plugin="$prefix/share/games/plugins/xboard/vorlek.eng"
-printf 'plugin spec 0.0\n%s\nchess\n' "$launcher" >"$tmp/expected.eng"
+# The installed file is the shipped template with the launcher's path filled in.
+sed "s|@VORLEK_LAUNCHER@|$launcher|" "$(dirname "$0")/../../packaging/vorlek.eng.in" >"$tmp/expected.eng"
 cmp -s "$plugin" "$tmp/expected.eng" || fail "vorlek.eng is not the plugin file for $launcher"
+# Where Fairy-Max is installed, its plugin file opens with the same marker line.
+fairymax=/usr/share/games/plugins/xboard/fairymax.eng
+if [ -f "$fairymax" ] && [ "$(head -n1 "$fairymax")" != "$(head -n1 "$plugin")" ]; then
+  fail "the first line of vorlek.eng differs from Fairy-Max's"
+fi
 find "$prefix" -exec ls -ld {} + | sort >"$tmp/prefix.before"
 
 mkdir "$tmp/home" "$tmp/start"
