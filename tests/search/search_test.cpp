@@ -1,17 +1,17 @@
-// The alpha-beta search: mate and draw scores, the positions that return at once, the illegal-move
-// score, the remembered move's place in the order, what is stored, and node counts of fixed searches.
+// The search: node counts of fixed searches, mate, stalemate and draw scores, standing pat, the table of
+// remembered moves, the time allotment from the clocks and the numbers of a thinking line.
 #include "search/search.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <ostream>
+#include <string>
 
-#include "board/all_moves.h"
 #include "board/fen.h"
 #include "board/init_tables.h"
-#include "board/make_move.h"
 #include "game/game_state.h"
+#include "search/evaluation.h"
 #include "search/hash_table.h"
 #include "search/think.h"
 #include "support/board_helpers.h"
@@ -28,253 +28,22 @@ void NewGameFrom(const char* fen) {
   ASSERT_EQ(SetBoard(*current, fen), 1) << fen;
 }
 
-int FullWindow(int depth) { return MATE_SCORE + depth; }
-
-// Score and nodes of one search, as the deepening starts it.
 struct Result {
   int score;
   uint64_t nodes;
 };
-Result SearchOnce(int depth, int alpha, int beta) {
+// A search with the window the deepening gives every iteration.
+Result SearchOnce(int depth) {
+  const int score = SearchIteration(depth);
+  return {score, nodes};
+}
+Result QuiesceOnce(int alpha, int beta) {
   nodes = 0;
-  const int score = Search(depth, alpha, beta);
+  const int score = Quiesce(alpha, beta);
   return {score, nodes};
 }
 
 bool SameRecord(const Position& a, const Position& b) { return std::memcmp(&a, &b, sizeof(Position)) == 0; }
-
-// ---- mates and stalemate ----
-
-struct MateCase {
-  const char* fen;
-  int depth;
-  int score;
-};
-void PrintTo(const MateCase& c, std::ostream* os) { *os << c.fen << " depth " << c.depth; }
-
-class MateScores : public ::testing::TestWithParam<MateCase> {};
-
-TEST_P(MateScores, NearerMatesScoreMore) {
-  NewGameFrom(GetParam().fen);
-  const int depth = GetParam().depth;
-  EXPECT_EQ(SearchOnce(depth, -FullWindow(depth), FullWindow(depth)).score, GetParam().score);
-}
-
-INSTANTIATE_TEST_SUITE_P(Positions, MateScores,
-                         ::testing::Values(
-                             // Rd8 mates: the mated side has remaining depth d - 1.
-                             MateCase{"6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1", 2, 15001},
-                             MateCase{"6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1", 4, 15003},
-                             // Ra6 bxa6 b7 mate: mated two plies deeper.
-                             MateCase{"kbK5/pp6/1P6/8/8/8/8/R7 w - - 0 1", 4, 15001},
-                             MateCase{"kbK5/pp6/1P6/8/8/8/8/R7 w - - 0 1", 5, 15002},
-                             // The side to move is mated already, or is mated whatever it plays.
-                             MateCase{"6k1/5ppp/8/8/8/8/5PPP/3r2K1 w - - 0 1", 3, -15003},
-                             MateCase{"6k1/5ppp/8/8/8/8/5PPP/3r2K1 w - - 0 1", 1, -15001},
-                             MateCase{"3R2k1/5ppp/8/8/8/8/5PPP/6K1 b - - 0 1", 2, -15002},
-                             // Stalemate, at every depth.
-                             MateCase{"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", 1, 0},
-                             MateCase{"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", 4, 0}));
-
-TEST(SearchStores, NothingForMateOrStalemate) {
-  for (const char* fen : {"6k1/5ppp/8/8/8/8/5PPP/3r2K1 w - - 0 1", "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1"}) {
-    NewGameFrom(fen);
-    SearchOnce(3, -FullWindow(3), FullWindow(3));
-    EXPECT_EQ(ProbeHashMove(current->key), MOVE_NONE) << fen;
-  }
-}
-
-// ---- positions that return at once ----
-
-TEST(SearchDraws, ThirdOccurrenceScoresZeroAtAnyDepthAndStoresNothing) {
-  NewGameFrom("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
-  ASSERT_TRUE(test::PlayMoves("g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8"));
-  ASSERT_EQ(current->repetition, 2);
-  for (int depth = 0; depth <= 5; ++depth) {
-    const Result r = SearchOnce(depth, -FullWindow(depth), FullWindow(depth));
-    EXPECT_EQ(r.score, 0) << depth;
-    EXPECT_EQ(r.nodes, 1u) << depth;
-  }
-  EXPECT_EQ(ProbeHashMove(current->key), MOVE_NONE);
-  // The second occurrence is searched.
-  TakeBack();
-  EXPECT_EQ(current->repetition, 1);
-  EXPECT_GT(SearchOnce(2, -FullWindow(2), FullWindow(2)).nodes, 1u);
-}
-
-struct FiftyCase {
-  const char* fen;
-  int fifty;      // written into the record after the set-up
-  bool searched;  // false: 0 at once
-};
-void PrintTo(const FiftyCase& c, std::ostream* os) { *os << c.fen << " fifty " << c.fifty; }
-
-class FiftyMoves : public ::testing::TestWithParam<FiftyCase> {};
-
-TEST_P(FiftyMoves, DrawUnlessInCheckAtExactlyHundred) {
-  NewGameFrom(GetParam().fen);
-  current->fifty = static_cast<uint8_t>(GetParam().fifty);
-  for (int depth = 1; depth <= 3; ++depth) {
-    const Result r = SearchOnce(depth, -FullWindow(depth), FullWindow(depth));
-    if (GetParam().searched) {
-      // Only Kxd2 resets the counter; every other reply scores 0 in its child.
-      EXPECT_GT(r.score, 400) << depth;
-      EXPECT_GT(r.nodes, 2u) << depth;
-    } else {
-      EXPECT_EQ(r.score, 0) << depth;
-      EXPECT_EQ(r.nodes, 1u) << depth;
-    }
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(Counters, FiftyMoves,
-                         ::testing::Values(FiftyCase{"4k3/8/8/8/8/8/8/R3K3 w - - 0 1", 100, false},
-                                           FiftyCase{"4k3/8/8/8/8/8/8/R3K3 w - - 0 1", 101, false},
-                                           FiftyCase{"4k3/8/8/8/8/8/3q4/R3K3 w - - 0 1", 101, false},
-                                           FiftyCase{"4k3/8/8/8/8/8/3q4/R3K3 w - - 0 1", 100, true},
-                                           FiftyCase{"4k3/8/8/8/8/8/3q4/R3K3 w - - 0 1", 99, true}));
-
-TEST(SearchHorizon, DepthZeroIsQuiesceCountedTwice) {
-  for (const char* fen : {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", KIWIPETE}) {
-    for (const int bound : {50, 500, 15000}) {
-      const int alpha = -bound, beta = bound;
-      NewGameFrom(fen);
-      const Result quiesce = [&] {
-        nodes = 0;
-        const int score = Quiesce(alpha, beta);
-        return Result{score, nodes};
-      }();
-      const Result search = SearchOnce(0, alpha, beta);
-      EXPECT_EQ(search.score, quiesce.score) << fen << " " << alpha;
-      EXPECT_EQ(search.nodes, quiesce.nodes + 1) << fen << " " << alpha;
-    }
-  }
-  NewGameFrom("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
-  EXPECT_EQ(SearchOnce(0, -50, 50).nodes, 2u);
-}
-
-TEST(SearchIllegal, KingCaptureScoresIllegalAtOnce) {
-  NewGameFrom("4k3/8/8/8/8/8/8/4RK2 w - - 0 1");
-  for (int depth = 1; depth <= 4; ++depth) {
-    const Result r = SearchOnce(depth, -FullWindow(depth), FullWindow(depth));
-    EXPECT_EQ(r.score, ILLEGAL_SCORE) << depth;
-    EXPECT_EQ(r.nodes, 1u) << depth;
-  }
-  EXPECT_EQ(ProbeHashMove(current->key), MOVE_NONE);
-}
-
-// ---- the remembered move ----
-
-TEST(SearchHashMove, CutOffSearchesNothingElse) {
-  // What a2a3 alone costs and scores in the window the root hands its children.
-  NewGameFrom(KIWIPETE);
-  const Move a3 = test::FindMove("a2a3");
-  ASSERT_NE(a3, MOVE_NONE);
-  MakeMove(a3);
-  const Result child = SearchOnce(1, 13999, 14000);
-  TakeBack();
-
-  NewGameFrom(KIWIPETE);
-  StoreHashMove(current->key, a3);
-  const Result root = SearchOnce(2, -14000, -13999);
-  EXPECT_EQ(root.score, -child.score);
-  EXPECT_GE(root.score, -13999);
-  EXPECT_EQ(root.nodes, 1 + child.nodes);
-  EXPECT_EQ(ProbeHashMove(current->key), a3);
-}
-
-TEST(SearchHashMove, CutOffReturnsTheMoveScoreBeyondBeta) {
-  // A mate found by the remembered move is returned whole, not cut down to beta.
-  NewGameFrom("6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1");
-  const Move mate = test::FindMove("d1d8");
-  MakeMove(mate);
-  const Result child = SearchOnce(1, -14000, 14000);
-  TakeBack();
-  ASSERT_EQ(child.score, -15001);
-
-  NewGameFrom("6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1");
-  StoreHashMove(current->key, mate);
-  const Result root = SearchOnce(2, -14000, 14000);
-  EXPECT_EQ(root.score, 15001);
-  EXPECT_EQ(root.nodes, 1 + child.nodes);
-}
-
-TEST(SearchHashMove, SearchedOnceWhenItDoesNotCut) {
-  // Failing low at depth 1, every child stands pat at once: two nodes for each move searched.
-  for (const char* fen : {KIWIPETE, "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"}) {
-    NewGameFrom(fen);
-    FlatMoveList list;
-    GenerateAllMoves(*current, list);
-    const uint64_t expected = 1 + 2 * static_cast<uint64_t>(list.count);
-    EXPECT_EQ(SearchOnce(1, 14000, 14001).nodes, expected) << fen;
-    for (const char* text : {"a2a3", "e2e4", "e1g1", "d5e6", "g1f3"}) {
-      NewGameFrom(fen);
-      const Move m = test::FindMove(text);
-      if (m == MOVE_NONE) continue;
-      StoreHashMove(current->key, m);
-      const Result r = SearchOnce(1, 14000, 14001);
-      EXPECT_EQ(r.score, 14000) << fen << " " << text;
-      EXPECT_EQ(r.nodes, expected) << fen << " " << text;
-      EXPECT_EQ(ProbeHashMove(current->key), m) << fen << " " << text;
-    }
-  }
-}
-
-TEST(SearchStores, MoveEqualToAlphaIsNoBestMove) {
-  const char* fen = "4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1";
-  NewGameFrom(fen);
-  const int best = SearchOnce(1, -FullWindow(1), FullWindow(1)).score;
-  const Move bestMove = ProbeHashMove(current->key);
-  ASSERT_EQ(bestMove, test::FindMove("e4d5"));
-
-  NewGameFrom(fen);
-  EXPECT_EQ(SearchOnce(1, best, best + 1).score, best);
-  EXPECT_EQ(ProbeHashMove(current->key), MOVE_NONE);
-
-  NewGameFrom(fen);
-  EXPECT_EQ(SearchOnce(1, best - 1, best + 1).score, best);
-  EXPECT_EQ(ProbeHashMove(current->key), bestMove);
-}
-
-TEST(SearchStores, FailLowLeavesTheEntryAlone) {
-  NewGameFrom(KIWIPETE);
-  // Another position's entry at the root's index survives a root that fails low.
-  const uint64_t other = current->key ^ (uint64_t{1} << 40);
-  const Move otherMove = MakeMoveValue(KNIGHT, 1, 18, 0);
-  StoreHashMove(other, otherMove);
-  EXPECT_EQ(SearchOnce(3, 14000, 14001).score, 14000);
-  EXPECT_EQ(HashEntryFor(current->key).key, other);
-  EXPECT_EQ(HashEntryFor(current->key).move, otherMove);
-}
-
-TEST(SearchHashMove, MoveThatDoesNotFitThePositionIsIgnored) {
-  NewGameFrom(KIWIPETE);
-  const Result clean = SearchOnce(3, -FullWindow(3), FullWindow(3));
-  const Move bogus[] = {
-      MakeMoveValue(KNIGHT, 16, 33, 0),                  // from an empty square (a3)
-      MakeMoveValue(KIND_CAPTURE + BISHOP, 11, 2, 4),    // a bishop takes a rook on an empty square
-      MakeMoveValue(KIND_CAPTURE + QUEEN, 21, 12, 3),    // queen takes its own bishop
-      MakeMoveValue(ROOK, 0, 8, 0),                      // rook onto its own pawn
-      MakeMoveValue(PAWN, 8, 24, 0) | 0x40000000,        // a pawn push with a promotion nibble
-      MakeMoveValue(KIND_EN_PASSANT, 33, 40, 0),         // en passant without a double step
-      MakeMoveValue(KIND_PROMOTION, 8, 16, QUEEN << 4),  // a promotion from rank 2
-      MakeMoveValue(KING, 4, 60, 0),                     // the king across the board
-      MakeMoveValue(3, 99, 200, 0),                      // squares off the board
-      0xdeadbeef,
-      0xffffffff,
-  };
-  for (const Move m : bogus) {
-    NewGameFrom(KIWIPETE);
-    const Position root = *current;
-    Position* const rootPointer = current;
-    StoreHashMove(current->key, m);
-    const Result r = SearchOnce(3, -FullWindow(3), FullWindow(3));
-    EXPECT_EQ(r.score, clean.score) << std::hex << m;
-    EXPECT_EQ(r.nodes, clean.nodes) << std::hex << m;
-    EXPECT_EQ(current, rootPointer);
-    EXPECT_TRUE(SameRecord(*current, root)) << std::hex << m;
-  }
-}
 
 // ---- node-count signatures ----
 
@@ -313,6 +82,177 @@ INSTANTIATE_TEST_SUITE_P(Positions, Signature,
                                                          "g2h1q b7b8q h1e4  e2f2  h2h1q "},
                                            SignatureCase{"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1", 6, 100, 42210,
                                                          "b4f4  h4g3  f4f7  h5e5  f7c7  g3g2  "}));
+
+// ---- scores ----
+
+struct ScoreCase {
+  const char* fen;
+  const char* moves;  // played from the set-up
+  int fifty;          // written into the record after the set-up and moves, unless negative
+  int depth, score;
+  uint64_t nodes;  // 0: not counted
+};
+void PrintTo(const ScoreCase& c, std::ostream* os) { *os << c.fen << " " << c.moves << " depth " << c.depth; }
+
+class Scores : public ::testing::TestWithParam<ScoreCase> {};
+
+TEST_P(Scores, OfMatesStalemateDrawsAndKingCaptures) {
+  const ScoreCase& c = GetParam();
+  NewGameFrom(c.fen);
+  ASSERT_TRUE(test::PlayMoves(c.moves));
+  if (c.fifty >= 0) current->fifty = static_cast<uint8_t>(c.fifty);
+  const Result r = SearchOnce(c.depth);
+  EXPECT_EQ(r.score, c.score);
+  if (c.nodes == 0) return;
+  EXPECT_EQ(r.nodes, c.nodes);
+}
+
+INSTANTIATE_TEST_SUITE_P(Positions, Scores,
+                         ::testing::Values(
+                             // Rd8 mates: the mated side has remaining depth d - 1, so nearer mates score more.
+                             ScoreCase{"6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1", "", -1, 2, 15001, 0},
+                             ScoreCase{"6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1", "", -1, 4, 15003, 0},
+                             // Ra6 bxa6 b7 mate: mated two plies deeper.
+                             ScoreCase{"kbK5/pp6/1P6/8/8/8/8/R7 w - - 0 1", "", -1, 4, 15001, 0},
+                             // The side to move is mated already.
+                             ScoreCase{"6k1/5ppp/8/8/8/8/5PPP/3r2K1 w - - 0 1", "", -1, 3, -15003, 0},
+                             // Stalemate.
+                             ScoreCase{"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", "", -1, 4, 0, 0},
+                             // Returned at once, in one node: the third occurrence, the fifty-move counter above 100 or
+                             // at 100 out of check, and a king to take.
+                             ScoreCase{"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+                                       "g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8", -1, 4, 0, 1},
+                             ScoreCase{"4k3/8/8/8/8/8/8/R3K3 w - - 0 1", "", 100, 4, 0, 1},
+                             ScoreCase{"4k3/8/8/8/8/8/3q4/R3K3 w - - 0 1", "", 101, 4, 0, 1},
+                             ScoreCase{"4k3/8/8/8/8/8/8/4RK2 w - - 0 1", "", -1, 4, ILLEGAL_SCORE, 1}));
+
+TEST(SearchDraws, InCheckAtTheFiftyMoveLimitIsSearched) {
+  // Only Kxd2 resets the counter; every other reply scores 0 in its child.
+  NewGameFrom("4k3/8/8/8/8/8/3q4/R3K3 w - - 0 1");
+  current->fifty = 100;
+  for (int depth = 1; depth <= 3; ++depth) {
+    const Result r = SearchOnce(depth);
+    EXPECT_GT(r.score, 400) << depth;
+    EXPECT_GT(r.nodes, 2u) << depth;
+  }
+}
+
+// White could take a queen and a rook (in check), or the king: at or above beta nothing is searched.
+// Below it the king capture scores as illegal, at once.
+TEST(Quiesce, StandsPatAtOrAboveBetaWithoutSearching) {
+  for (const char* fen : {"r3k3/8/8/8/8/8/3q4/R3K2R w - - 0 1", "4k3/8/8/8/8/8/8/4RK2 w - - 0 1"}) {
+    NewGameFrom(fen);
+    const int standPat = Evaluate(*current);
+    for (const int beta : {standPat, standPat - 1, standPat - 1000}) {
+      const Result r = QuiesceOnce(beta - 5000, beta);
+      EXPECT_EQ(r.score, standPat) << fen << " " << beta;
+      EXPECT_EQ(r.nodes, 1u) << fen << " " << beta;
+    }
+  }
+  const Result r = QuiesceOnce(-15100, 15100);
+  EXPECT_EQ(r.score, ILLEGAL_SCORE);
+  EXPECT_EQ(r.nodes, 1u);
+}
+
+// ---- the table of remembered moves ----
+
+TEST(HashTable, StoreProbeReplaceAndClear) {
+  constexpr uint64_t KEY = 0x0123456789abcdefULL;
+  constexpr Move MOVE_A = MakeMoveValue(KNIGHT, 6, 21, 0), MOVE_B = MakeMoveValue(PAWN, 12, 28, 0);
+  ClearHashTable();
+  EXPECT_EQ(ProbeHashMove(KEY), MOVE_NONE);
+  StoreHashMove(KEY, MOVE_A);
+  EXPECT_EQ(ProbeHashMove(KEY), MOVE_A);
+  for (int bit = 0; bit < 64; ++bit) EXPECT_EQ(ProbeHashMove(KEY ^ (uint64_t{1} << bit)), MOVE_NONE) << bit;
+
+  // The last store owns the index.
+  const uint64_t sameIndex = KEY ^ (uint64_t{1} << 26) ^ (uint64_t{1} << 63);
+  ASSERT_EQ(sameIndex & HASH_MASK, KEY & HASH_MASK);
+  StoreHashMove(sameIndex, MOVE_B);
+  EXPECT_EQ(ProbeHashMove(KEY), MOVE_NONE);
+  EXPECT_EQ(ProbeHashMove(sameIndex), MOVE_B);
+  StoreHashMove(KEY, MOVE_A);
+  EXPECT_EQ(ProbeHashMove(KEY), MOVE_A);
+  EXPECT_EQ(ProbeHashMove(sameIndex), MOVE_NONE);
+
+  // The clear goes by the 64-entry chunks stored into: indexes at both ends of the table and on both
+  // sides of chunk boundaries.
+  const uint64_t indexes[] = {0, 1, 63, 64, 65, 127, 4095, 4096, 1234567, HASH_MASK - 64, HASH_MASK};
+  for (const uint64_t index : indexes) StoreHashMove(index | (uint64_t{1} << 63), MOVE_B);
+  ClearHashTable();
+  for (const uint64_t index : indexes) EXPECT_EQ(ProbeHashMove(index | (uint64_t{1} << 63)), MOVE_NONE) << index;
+}
+
+// A table entry whose move does not fit the position (another position's move under a colliding key,
+// or garbage) changes neither the result nor the position.
+TEST(SearchHashMove, MoveThatDoesNotFitThePositionIsIgnored) {
+  NewGameFrom(KIWIPETE);
+  const Result clean = SearchOnce(3);
+  const Move bogus[] = {
+      MakeMoveValue(KNIGHT, 16, 33, 0),                // from an empty square (a3)
+      MakeMoveValue(KIND_CAPTURE + QUEEN, 21, 12, 3),  // queen takes its own bishop
+      0xffffffff,
+  };
+  for (const Move m : bogus) {
+    NewGameFrom(KIWIPETE);
+    const Position root = *current;
+    Position* const rootPointer = current;
+    StoreHashMove(current->key, m);
+    const Result r = SearchOnce(3);
+    EXPECT_EQ(r.score, clean.score) << std::hex << m;
+    EXPECT_EQ(r.nodes, clean.nodes) << std::hex << m;
+    EXPECT_EQ(current, rootPointer);
+    EXPECT_TRUE(SameRecord(*current, root)) << std::hex << m;
+  }
+}
+
+// ---- time and thinking output ----
+
+struct AllotmentCase {
+  int levelMoves, engineTime, opponentTime, ply, side;
+  int64_t movesToGo, budget, iterationLimit;
+};
+std::ostream& operator<<(std::ostream& out, const AllotmentCase& c) {
+  return out << "level " << c.levelMoves << " time " << c.engineTime << " otim " << c.opponentTime << " ply " << c.ply;
+}
+
+class Allotment : public ::testing::TestWithParam<AllotmentCase> {};
+
+TEST_P(Allotment, FromTheClocks) {
+  const AllotmentCase& c = GetParam();
+  const TimeAllotment t = ComputeTimeAllotment(c.levelMoves, c.engineTime, c.opponentTime, c.ply, c.side);
+  EXPECT_EQ(t.movesToGo, c.movesToGo);
+  EXPECT_EQ(t.budget, c.budget);
+  EXPECT_EQ(t.iterationLimit, c.iterationLimit);
+}
+
+INSTANTIATE_TEST_SUITE_P(Clocks, Allotment,
+                         ::testing::Values(
+                             // 40 moves per control: 30 moves made leave 10, 40 made start a new control.
+                             AllotmentCase{40, 30000, 30000, 60, WHITE, 10, 30000000, 3750000},
+                             AllotmentCase{40, 30000, 30000, 80, WHITE, 40, 7500000, 1875000},
+                             // The whole game reckoned at 60 moves, then 10 from ply 100 on.
+                             AllotmentCase{0, 30000, 30000, 0, WHITE, 60, 5000000, 1250000},
+                             AllotmentCase{0, 30000, 30000, 102, WHITE, 10, 30000000, 3750000},
+                             // White ahead on the clock spends the lead.
+                             AllotmentCase{0, 60000, 30000, 0, WHITE, 60, 305000000, 20333333},
+                             // Black ahead on the clock: E - E / 60 = 590000000 > 300000000.
+                             AllotmentCase{0, 60000, 30000, 1, BLACK, 60, 300000000, 20000000},
+                             // Black only slightly ahead keeps the even share.
+                             AllotmentCase{0, 30100, 30000, 1, BLACK, 60, 5016666, 1254166},
+                             // Malformed controls never divide by zero: a negative count is the whole-game control.
+                             AllotmentCase{-40, 30000, 30000, 0, WHITE, 60, 5000000, 1250000}));
+
+// Depth, score, seconds and hundredths, nodes, in fixed columns, and the blank before the moves.
+TEST(ThinkingLine, ColumnsAndCentiseconds) {
+  char line[128];
+  FormatThinkingLine(line, sizeof line, 5, 31, 1050000, 12345);
+  EXPECT_EQ(std::string(line), "  5      31    105       12345 ");
+  FormatThinkingLine(line, sizeof line, 7, 15002, 10000, 0);
+  EXPECT_EQ(std::string(line), "  7   15002    001           0 ");
+  FormatThinkingLine(line, sizeof line, 32, -42, 123456789, 987654321098ULL);
+  EXPECT_EQ(std::string(line), " 32     -42  12345987654321098 ");
+}
 
 }  // namespace
 }  // namespace vorlek
