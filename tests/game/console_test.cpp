@@ -15,32 +15,8 @@ namespace {
 
 const std::string PROMPT = "Comando: ";
 
-// The initial position exactly as it is drawn: white at the bottom, one letter centred in each cell.
-const std::string INITIAL_BOARD =
-    "\n"
-    "\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "8 | t | c | a | d | r | a | c | t |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "7 | p | p | p | p | p | p | p | p |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "6 |   |   |   |   |   |   |   |   |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "5 |   |   |   |   |   |   |   |   |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "4 |   |   |   |   |   |   |   |   |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "3 |   |   |   |   |   |   |   |   |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "2 | P | P | P | P | P | P | P | P |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "1 | T | C | A | D | R | A | C | T |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "\n"
-    "    A   B   C   D   E   F   G   H\n"
-    "\n";
-
-// The drawing of a board given as eight rows of eight characters, rank 8 first.
+// The drawing of a board given as eight rows of eight characters, rank 8 first: white at the bottom,
+// one letter centred in each cell.
 std::string Board(const std::array<std::string, 8>& rows) {
   const std::string border = "  +---+---+---+---+---+---+---+---+\n";
   std::string text = "\n\n" + border;
@@ -52,16 +28,12 @@ std::string Board(const std::array<std::string, 8>& rows) {
   return text + "\n    A   B   C   D   E   F   G   H\n\n";
 }
 
+const std::string INITIAL_BOARD =
+    Board({"tcadract", "pppppppp", "        ", "        ", "        ", "        ", "PPPPPPPP", "TCADRACT"});
 const std::string AFTER_E4 =
     Board({"tcadract", "pppppppp", "        ", "        ", "    P   ", "        ", "PPPP PPP", "TCADRACT"});
 const std::string AFTER_E4_E5 =
     Board({"tcadract", "pppp ppp", "        ", "    p   ", "    P   ", "        ", "PPPP PPP", "TCADRACT"});
-
-TEST(ConsoleBoard, DrawingHasTheFixedSizeAndFrame) {
-  EXPECT_EQ(INITIAL_BOARD.size(), 650u);
-  EXPECT_EQ(Board({"tcadract", "pppppppp", "        ", "        ", "        ", "        ", "PPPPPPPP", "TCADRACT"}),
-            INITIAL_BOARD);
-}
 
 struct ConsoleCase {
   const char* name;
@@ -69,13 +41,14 @@ struct ConsoleCase {
   bool endInput;
   std::string output;
   std::optional<std::string> log;
+  std::optional<std::string> book = SMALL_BOOK;
 };
 std::ostream& operator<<(std::ostream& out, const ConsoleCase& c) { return out << c.name; }
 
 class Console : public ::testing::TestWithParam<ConsoleCase> {};
 
 TEST_P(Console, PromptsAndDrawsAfterEveryCommand) {
-  const EngineRun run = RunOnTerminal(GetParam().lines, SMALL_BOOK, GetParam().endInput);
+  const EngineRun run = RunOnTerminal(GetParam().lines, GetParam().book, GetParam().endInput);
   ExpectCleanExit(run);
   EXPECT_EQ(run.output, GetParam().output);
   EXPECT_EQ(run.log, GetParam().log);
@@ -84,16 +57,13 @@ TEST_P(Console, PromptsAndDrawsAfterEveryCommand) {
 INSTANTIATE_TEST_SUITE_P(
     Sessions, Console,
     ::testing::Values(
-        // No board before the first command.
-        ConsoleCase{"PromptFirst", {}, true, PROMPT, ""},
-        ConsoleCase{"QuitDrawsOnceMore", {"quit"}, false, PROMPT + INITIAL_BOARD + PROMPT, ""},
-        // Black to move, and the board is still drawn with white at the bottom.
-        ConsoleCase{"WhitesMove",
+        // No board before the first command; black to move, and the board still has white at the bottom.
+        ConsoleCase{"EndOfInputAfterMove", {"e2e4"}, true, PROMPT + AFTER_E4 + PROMPT, "Avversario: e2e4\n"},
+        ConsoleCase{"WhitesMoveThenQuit",
                     {"e2e4", "quit"},
                     false,
                     PROMPT + AFTER_E4 + PROMPT + AFTER_E4 + PROMPT,
                     "Avversario: e2e4\n"},
-        ConsoleCase{"EndOfInputAfterMove", {"e2e4"}, true, PROMPT + AFTER_E4 + PROMPT, "Avversario: e2e4\n"},
         ConsoleCase{"EngineAnswersBeforeTheBoard",
                     {"new", "e2e4", "quit"},
                     false,
@@ -111,15 +81,14 @@ INSTANTIATE_TEST_SUITE_P(
                     {"e2e4", "new", "quit"},
                     false,
                     PROMPT + AFTER_E4 + PROMPT + INITIAL_BOARD + PROMPT + INITIAL_BOARD + PROMPT,
-                    "Avversario: e2e4\n"}),
+                    "Avversario: e2e4\n"},
+        ConsoleCase{"MissingBookEndsAfterThePrompt",
+                    {"new"},
+                    false,
+                    PROMPT + "File delle aperture non trovato!\n",
+                    std::nullopt,
+                    std::nullopt}),
     [](const auto& info) { return info.param.name; });
-
-TEST(ConsoleStartUp, MissingBookEndsAfterThePrompt) {
-  const EngineRun run = RunOnTerminal({"new"}, std::nullopt);
-  ExpectCleanExit(run);
-  EXPECT_EQ(run.output, PROMPT + "File delle aperture non trovato!\n");
-  EXPECT_FALSE(run.log.has_value());
-}
 
 }  // namespace
 }  // namespace vorlek::test

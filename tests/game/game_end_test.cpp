@@ -1,17 +1,14 @@
-// The end of the game: mate, stalemate, fifty moves and repetition, and the result lines.
+// The end of the game: mate, stalemate, fifty moves and repetition, and which of them comes first.
 #include "game/game_end.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstring>
 #include <ostream>
 #include <string>
 
 #include "board/init_tables.h"
 #include "board/position.h"
-#include "game/game_state.h"
-#include "game/user_move.h"
 #include "support/board_helpers.h"
 
 namespace vorlek {
@@ -49,13 +46,11 @@ INSTANTIATE_TEST_SUITE_P(
     Game, GameEnd,
     ::testing::Values(EndCase{"GameGoesOn", INITIAL, "e2e4", RESULT_NONE},
                       EndCase{"FoolsMate", INITIAL, "f2f3 e7e5 g2g4 d8h4", RESULT_BLACK_WINS},
-                      EndCase{"FoolsMateSetUp", FOOLS_MATE, "", RESULT_BLACK_WINS},
                       EndCase{"ScholarsMate", INITIAL, "e2e4 e7e5 f1c4 b8c6 d1h5 g8f6 h5f7", RESULT_WHITE_WINS},
                       EndCase{"CheckWithAnAnswer", "4k3/8/8/8/8/8/8/R3K3 w - - 0 1", "a1a8", RESULT_NONE},
                       EndCase{"BackRankMate", "6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "a1a8", RESULT_WHITE_WINS},
                       EndCase{"CheckAnsweredOnlyByCapture", "6k1/5ppp/8/8/8/5q2/8/R5K1 w - - 0 1", "a1a8", RESULT_NONE},
                       EndCase{"StalemateBlackToMove", "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", "", RESULT_STALEMATE},
-                      EndCase{"StalemateAfterAMove", "7k/8/6K1/8/8/8/8/5Q2 w - - 0 1", "f1f7", RESULT_STALEMATE},
                       EndCase{"StalemateWithFiftyAt100", "7k/5Q2/6K1/8/8/8/8/8 b - - 100 80", "", RESULT_STALEMATE},
                       EndCase{"MateWithFiftyAt100", "rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 100 3",
                               "", RESULT_BLACK_WINS},
@@ -63,7 +58,6 @@ INSTANTIATE_TEST_SUITE_P(
                       EndCase{"OnlyPseudoLegalMovesLeft", "k7/P7/1K6/8/8/8/8/8 b - - 0 1", "", RESULT_STALEMATE},
                       EndCase{"Fifty99", "4k3/8/8/8/8/8/8/4K2R w - - 99 80", "", RESULT_NONE},
                       EndCase{"Fifty100", "4k3/8/8/8/8/8/8/4K2R w - - 100 80", "", RESULT_FIFTY_MOVES},
-                      EndCase{"FiftyReachedByAMove", "4k3/8/8/8/8/8/8/4K2R w - - 99 80", "h1h2", RESULT_FIFTY_MOVES},
                       EndCase{"FiftyResetByAPawnMove", "4k3/8/8/8/8/8/4P3/4K2R w - - 99 80", "e2e3", RESULT_NONE},
                       EndCase{"SecondOccurrence", INITIAL, KNIGHTS_OUT_AND_BACK, RESULT_NONE},
                       EndCase{"ThirdOccurrence", INITIAL, KNIGHTS_OUT_AND_BACK KNIGHTS_OUT_AND_BACK, RESULT_REPETITION},
@@ -73,96 +67,17 @@ INSTANTIATE_TEST_SUITE_P(
                               KNIGHTS_OUT_AND_BACK KNIGHTS_OUT_AND_BACK KNIGHTS_OUT_AND_BACK, RESULT_NONE}),
     [](const ::testing::TestParamInfo<EndCase>& info) { return std::string(info.param.name); });
 
-class GameEndFacts : public ::testing::Test {
- protected:
-  static void SetUpTestSuite() { InitTables(); }
-};
-
-TEST_F(GameEndFacts, RepetitionOutranksMate) {
+// Exactly two earlier occurrences make a repetition, which is judged before mate and fifty moves.
+TEST(GameEndOrder, RepetitionOutranksMateAndFiftyMoves) {
+  InitTables();
   ASSERT_EQ(test::SetUpPosition(FOOLS_MATE), 1);
   current->repetition = 2;
   EXPECT_EQ(CheckGameEnd(), RESULT_REPETITION);
   current->repetition = 3;
   EXPECT_EQ(CheckGameEnd(), RESULT_BLACK_WINS);
-}
-
-TEST_F(GameEndFacts, RepetitionOutranksFiftyMoves) {
   ASSERT_EQ(test::SetUpPosition("4k3/8/8/8/8/8/8/4K2R w - - 100 80"), 1);
   current->repetition = 2;
   EXPECT_EQ(CheckGameEnd(), RESULT_REPETITION);
-}
-
-TEST_F(GameEndFacts, FoolsMateTypedByTheOpponent) {
-  ASSERT_EQ(test::SetUpPosition(INITIAL), 1);
-  for (const char* move : {"f2f3", "e7e5", "g2g4"}) {
-    ASSERT_EQ(ReadUserMove(move), MOVE_OK) << move;
-    EXPECT_EQ(CheckGameEnd(), RESULT_NONE) << move;
-  }
-  ASSERT_EQ(ReadUserMove("d8h4"), MOVE_OK);
-  EXPECT_EQ(CheckGameEnd(), RESULT_BLACK_WINS);
-  EXPECT_EQ(ReadUserMove("e1f2"), MOVE_LEAVES_CHECK);
-}
-
-// ---- result lines ----
-
-// Protocol output and game log redirected to temporary files for one test.
-class ResultLines : public ::testing::Test {
- protected:
-  void SetUp() override {
-    savedOut = engineOut;
-    savedLog = logFile;
-    engineOut = std::tmpfile();
-    logFile = std::tmpfile();
-    ASSERT_NE(engineOut, nullptr);
-    ASSERT_NE(logFile, nullptr);
-  }
-  void TearDown() override {
-    std::fclose(engineOut);
-    std::fclose(logFile);
-    engineOut = savedOut;
-    logFile = savedLog;
-  }
-  static std::string Contents(FILE* file) {
-    std::fflush(file);
-    std::rewind(file);
-    std::string text;
-    char buffer[256];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, file)) > 0) text.append(buffer, n);
-    return text;
-  }
-  FILE* savedOut = nullptr;
-  FILE* savedLog = nullptr;
-};
-
-TEST_F(ResultLines, EachResultWritesItsLineToOutputAndLog) {
-  const char* const lines[] = {
-      "1-0 {vince il bianco}\n",          "0-1 {vince il nero}\n",
-      "1/2-1/2 {pari per stallo}\n",      "1/2-1/2 {pari 50 mosse}\n",
-      "1/2-1/2 {pari per ripetizione}\n",
-  };
-  std::string all;
-  for (int code = RESULT_WHITE_WINS; code <= RESULT_REPETITION; ++code) {
-    PrintResult(code);
-    all += lines[code - 1];
-  }
-  EXPECT_EQ(Contents(engineOut), all);
-  EXPECT_EQ(Contents(logFile), all);
-}
-
-TEST_F(ResultLines, FoolsMateAnnouncedAsABlackWin) {
-  InitTables();
-  ASSERT_EQ(test::SetUpPosition(INITIAL), 1);
-  ASSERT_TRUE(test::PlayMoves("f2f3 e7e5 g2g4 d8h4"));
-  PrintResult(CheckGameEnd());
-  EXPECT_EQ(Contents(engineOut), "0-1 {vince il nero}\n");
-  EXPECT_EQ(Contents(logFile), "0-1 {vince il nero}\n");
-}
-
-TEST_F(ResultLines, OtherCodesWriteNothing) {
-  for (int code : {RESULT_NONE, 6, -1, 100}) PrintResult(code);
-  EXPECT_EQ(Contents(engineOut), "");
-  EXPECT_EQ(Contents(logFile), "");
 }
 
 }  // namespace

@@ -12,13 +12,9 @@ class TemporaryDirectory {
  public:
   TemporaryDirectory();
   ~TemporaryDirectory();
-  TemporaryDirectory(const TemporaryDirectory&) = delete;
-  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-
   const std::string& Path() const { return path_; }
   void WriteFile(const std::string& name, const std::string& contents) const;
-  // The file's bytes, or nullopt when it does not exist.
-  std::optional<std::string> ReadFile(const std::string& name) const;
+  std::optional<std::string> ReadFile(const std::string& name) const;  // nullopt when it does not exist
 
  private:
   std::string path_;
@@ -26,11 +22,9 @@ class TemporaryDirectory {
 
 struct EngineRun {
   std::string output;              // every byte the engine wrote on standard output
-  bool exited = false;             // ended by itself (not by a signal, not killed for hanging)
-  int exitStatus = -1;             // valid when `exited`
-  bool hung = false;               // killed after the safety deadline; a test failure in itself
-  std::optional<std::string> log;  // "partita.log" afterwards, nullopt when the engine made none
   std::string errors;              // standard error (runs on a pipe only)
+  std::optional<std::string> log;  // "partita.log" afterwards, nullopt when the engine made none
+  int exitStatus = -1;             // -1 when ended by a signal, or killed for hanging
 };
 
 // What every run must show: an orderly end by itself with status 0, and no sanitizer report.
@@ -38,11 +32,7 @@ void ExpectCleanExit(const EngineRun& run);
 
 // The book the tests use unless they say otherwise: its replies need no search.
 inline const std::string SMALL_BOOK = "e2e4 e7e5\n";
-
-// The handshake that lets the engine start in xboard mode.
 inline const std::string HANDSHAKE = "xboard\nprotover 2\n";
-
-// The feature line the engine prints after the handshake, newline included.
 inline const std::string FEATURE_LINE =
     "feature setboard=1 playother=1 sigint=0 analyze=0 colors=0 time=1 myname=\"Vorlek\" done=1\n";
 
@@ -51,9 +41,8 @@ inline const std::string FEATURE_LINE =
 EngineRun RunWithInput(const std::string& input, const std::optional<std::string>& book = SMALL_BOOK);
 
 // Runs the engine on a pseudo-terminal (so console mode) without echo and without the newline to
-// carriage-return conversion. Before each of `lines` it waits for one more "Comando: " prompt than it
-// has seen so far, then types the line and a newline. Afterwards it waits for the engine to end; when
-// `endInput` is set it first types the end-of-file character at the start of a new line.
+// carriage-return conversion. Each of `lines` is typed, with its newline, at the next "Comando: "
+// prompt; with `endInput` the end-of-file character is typed at the prompt after them.
 EngineRun RunOnTerminal(const std::vector<std::string>& lines, const std::optional<std::string>& book = SMALL_BOOK,
                         bool endInput = false);
 
