@@ -6,7 +6,6 @@
 #include <optional>
 #include <ostream>
 #include <string>
-#include <vector>
 
 #include "support/engine_process.h"
 
@@ -15,8 +14,7 @@ namespace {
 
 const std::string PROMPT = "Comando: ";
 
-// The drawing of a board given as eight rows of eight characters, rank 8 first: white at the bottom,
-// one letter centred in each cell.
+// The drawing of eight rows of eight letters, rank 8 first: white at the bottom, one letter centred in each cell.
 std::string Board(const std::array<std::string, 8>& rows) {
   const std::string border = "  +---+---+---+---+---+---+---+---+\n";
   std::string text = "\n\n" + border;
@@ -37,18 +35,16 @@ const std::string AFTER_E4_E5 =
 
 struct ConsoleCase {
   const char* name;
-  std::vector<std::string> lines;
-  bool endInput;
+  std::string keys;  // typed line by line, each at the next prompt
   std::string output;
   std::optional<std::string> log;
-  std::optional<std::string> book = SMALL_BOOK;
 };
 std::ostream& operator<<(std::ostream& out, const ConsoleCase& c) { return out << c.name; }
 
 class Console : public ::testing::TestWithParam<ConsoleCase> {};
 
 TEST_P(Console, PromptsAndDrawsAfterEveryCommand) {
-  const EngineRun run = RunOnTerminal(GetParam().lines, GetParam().book, GetParam().endInput);
+  const EngineRun run = RunOnTerminal(GetParam().keys);
   ExpectCleanExit(run);
   EXPECT_EQ(run.output, GetParam().output);
   EXPECT_EQ(run.log, GetParam().log);
@@ -58,36 +54,20 @@ INSTANTIATE_TEST_SUITE_P(
     Sessions, Console,
     ::testing::Values(
         // No board before the first command; black to move, and the board still has white at the bottom.
-        ConsoleCase{"EndOfInputAfterMove", {"e2e4"}, true, PROMPT + AFTER_E4 + PROMPT, "Avversario: e2e4\n"},
-        ConsoleCase{"WhitesMoveThenQuit",
-                    {"e2e4", "quit"},
-                    false,
-                    PROMPT + AFTER_E4 + PROMPT + AFTER_E4 + PROMPT,
-                    "Avversario: e2e4\n"},
-        ConsoleCase{"EngineAnswersBeforeTheBoard",
-                    {"new", "e2e4", "quit"},
-                    false,
+        // The end-of-file character at the start of a line ends the input.
+        ConsoleCase{"EndOfInputAfterMove", "e2e4\n\x04", PROMPT + AFTER_E4 + PROMPT, "Avversario: e2e4\n"},
+        ConsoleCase{"EngineAnswersBeforeTheBoard", "new\ne2e4\nquit\n",
                     PROMPT + INITIAL_BOARD + PROMPT + "move e7e5 \n" + AFTER_E4_E5 + PROMPT + AFTER_E4_E5 + PROMPT,
                     "Avversario: e2e4\nVorlek: e7e5 \n"},
-        ConsoleCase{"RepliesBeforeTheBoard",
-                    {"hello", "e2e5", "quit"},
-                    false,
+        ConsoleCase{"RepliesBeforeTheBoard", "hello\ne2e5\nquit\n",
                     PROMPT + "Error(comando non previsto): hello\n" + INITIAL_BOARD + PROMPT +
                         "Illegal move(Pezzo non di turno o casa vuota o casa di destinazione non valida): e2e5\n" +
                         INITIAL_BOARD + PROMPT + INITIAL_BOARD + PROMPT,
                     ""},
         // An emptied square shows as a blank again in the next drawing.
-        ConsoleCase{"NewRedrawsEverySquare",
-                    {"e2e4", "new", "quit"},
-                    false,
+        ConsoleCase{"NewRedrawsEverySquare", "e2e4\nnew\nquit\n",
                     PROMPT + AFTER_E4 + PROMPT + INITIAL_BOARD + PROMPT + INITIAL_BOARD + PROMPT,
-                    "Avversario: e2e4\n"},
-        ConsoleCase{"MissingBookEndsAfterThePrompt",
-                    {"new"},
-                    false,
-                    PROMPT + "File delle aperture non trovato!\n",
-                    std::nullopt,
-                    std::nullopt}),
+                    "Avversario: e2e4\n"}),
     [](const auto& info) { return info.param.name; });
 
 }  // namespace

@@ -12,49 +12,44 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <functional>
-#include <sstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace vorlek::test {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+// An engine silent for this long has hung and is killed. Generous, because the sanitizer build is slow;
+// no test depends on how long a run takes.
+constexpr int SILENCE_LIMIT_MS = 120000;
 
-// A run still going by then has hung and is killed. Generous, because the sanitizer build is slow; no
-// test depends on how long a run takes.
-constexpr auto SAFETY_DEADLINE = std::chrono::seconds(120);
-
-// Appends what the engine writes on `fd` to run.output until `enough` holds (true) or the engine has
-// closed its side or been killed at the deadline (false).
-bool ReadUntil(
-    int fd, pid_t pid, Clock::time_point deadline, EngineRun& run,
-    const std::function<bool()>& enough = [] { return false; }) {
-  while (!enough()) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
+// Appends what the engine writes on `fd` to run.output until that holds `prompts` console prompts (true),
+// or until the engine closes its side or is killed for hanging (false).
+bool ReadUntil(int fd, pid_t pid, EngineRun& run, size_t prompts = SIZE_MAX) {
+  for (;;) {
+    size_t seen = 0;
+    for (size_t at = run.output.find("Comando: "); at != std::string::npos; at = run.output.find("Comando: ", at + 1))
+      ++seen;
+    if (seen >= prompts) return true;
     pollfd ready = {fd, POLLIN, 0};
-    const int polled = poll(&ready, 1, static_cast<int>(std::max<decltype(left)>(left, 0)));
-    if (polled == 0) {
+    if (poll(&ready, 1, SILENCE_LIMIT_MS) == 0) {
       kill(pid, SIGKILL);
       return false;
     }
     char buffer[4096];
-    const ssize_t n = polled < 0 ? -1 : read(fd, buffer, sizeof buffer);
+    const ssize_t n = read(fd, buffer, sizeof buffer);
     if (n < 0 && errno == EINTR) continue;
     if (n <= 0) return false;  // the end of a pipe, or EIO once the engine has closed its terminal
     run.output.append(buffer, static_cast<size_t>(n));
   }
-  return true;
 }
 
 void Finish(pid_t pid, const TemporaryDirectory& dir, EngineRun& run) {
   int status = 0;
-  while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-  }
+  waitpid(pid, &status, 0);
   run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   run.log = dir.ReadFile("partita.log");
   run.errors = dir.ReadFile("standard-error").value_or("");
@@ -80,9 +75,7 @@ void TemporaryDirectory::WriteFile(const std::string& name, const std::string& c
 std::optional<std::string> TemporaryDirectory::ReadFile(const std::string& name) const {
   std::ifstream file(path_ + "/" + name, std::ios::binary);
   if (!file) return std::nullopt;
-  std::ostringstream contents;
-  contents << file.rdbuf();
-  return contents.str();
+  return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
 void ExpectCleanExit(const EngineRun& run) {
@@ -116,15 +109,14 @@ EngineRun RunWithInput(const std::string& input, const std::optional<std::string
   close(fromEngine[1]);
   if (write(toEngine[1], input.data(), input.size()) < 0 && errno != EPIPE) throw std::runtime_error("write failed");
   close(toEngine[1]);
-
   EngineRun run;
-  ReadUntil(fromEngine[0], pid, Clock::now() + SAFETY_DEADLINE, run);
+  ReadUntil(fromEngine[0], pid, run);
   close(fromEngine[0]);
   Finish(pid, dir, run);
   return run;
 }
 
-EngineRun RunOnTerminal(const std::vector<std::string>& lines, const std::optional<std::string>& book, bool endInput) {
+EngineRun RunOnTerminal(const std::string& keys, const std::optional<std::string>& book) {
   TemporaryDirectory dir;
   if (book) dir.WriteFile("Aperture.txt", *book);
   int terminal = -1;
@@ -140,24 +132,15 @@ EngineRun RunOnTerminal(const std::vector<std::string>& lines, const std::option
     if (chdir(dir.Path().c_str()) == 0) execl(VORLEK_BINARY, "vorlek", static_cast<char*>(nullptr));
     _exit(127);
   }
-
-  std::vector<std::string> typed;
-  for (const std::string& line : lines) typed.push_back(line + "\n");
-  if (endInput) typed.push_back("\x04");  // the end-of-file character, read as the end of input at a line's start
   EngineRun run;
-  const auto deadline = Clock::now() + SAFETY_DEADLINE;
-  auto prompts = [&run] {
-    size_t count = 0;
-    for (size_t at = run.output.find("Comando: "); at != std::string::npos; at = run.output.find("Comando: ", at + 1))
-      ++count;
-    return count;
-  };
   bool open = true;
-  for (size_t i = 0; open && i < typed.size(); ++i) {
-    open = ReadUntil(terminal, pid, deadline, run, [&] { return prompts() > i; }) &&
-           write(terminal, typed[i].data(), typed[i].size()) == static_cast<ssize_t>(typed[i].size());
+  for (size_t start = 0, prompts = 1; open && start < keys.size(); ++prompts) {
+    const size_t end = std::min(keys.find('\n', start), keys.size() - 1) + 1;
+    open = ReadUntil(terminal, pid, run, prompts) &&
+           write(terminal, keys.data() + start, end - start) == static_cast<ssize_t>(end - start);
+    start = end;
   }
-  if (open) ReadUntil(terminal, pid, deadline, run);
+  if (open) ReadUntil(terminal, pid, run);
   close(terminal);
   Finish(pid, dir, run);
   return run;

@@ -3,7 +3,6 @@
 #pragma once
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace vorlek::test {
 
@@ -30,20 +29,16 @@ struct EngineRun {
 // What every run must show: an orderly end by itself with status 0, and no sanitizer report.
 void ExpectCleanExit(const EngineRun& run);
 
-// The book the tests use unless they say otherwise: its replies need no search.
-inline const std::string SMALL_BOOK = "e2e4 e7e5\n";
+inline const std::string SMALL_BOOK = "e2e4 e7e5\n";  // the tests' book unless they say otherwise
 inline const std::string HANDSHAKE = "xboard\nprotover 2\n";
-inline const std::string FEATURE_LINE =
-    "feature setboard=1 playother=1 sigint=0 analyze=0 colors=0 time=1 myname=\"Vorlek\" done=1\n";
 
 // Runs the engine with `input` as its whole standard input (a pipe, so xboard mode), in a new working
 // directory holding "Aperture.txt" with `book`, or no book file at all when `book` is nullopt.
 EngineRun RunWithInput(const std::string& input, const std::optional<std::string>& book = SMALL_BOOK);
 
 // Runs the engine on a pseudo-terminal (so console mode) without echo and without the newline to
-// carriage-return conversion. Each of `lines` is typed, with its newline, at the next "Comando: "
-// prompt; with `endInput` the end-of-file character is typed at the prompt after them.
-EngineRun RunOnTerminal(const std::vector<std::string>& lines, const std::optional<std::string>& book = SMALL_BOOK,
-                        bool endInput = false);
+// carriage-return conversion. Each line of `keys`, newline included, is typed at the next "Comando: "
+// prompt; a last part without a newline (such as the end-of-file character) at the prompt after them.
+EngineRun RunOnTerminal(const std::string& keys, const std::optional<std::string>& book = SMALL_BOOK);
 
 }  // namespace vorlek::test

@@ -1,6 +1,5 @@
-// The tools run as separate processes in a fresh directory: vorlek-book on books (its exit status and
-// the line, token and reason it names), vorlek-bench on its built-in positions and on a file of
-// positions (its node counts, which change with any change to the order or number of nodes searched).
+// The tools as separate processes: vorlek-book on the shipped book and a broken one, vorlek-bench on its
+// built-in positions and a file (node counts change with any change to the order or number of nodes searched).
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -12,15 +11,13 @@
 namespace vorlek::test {
 namespace {
 
-struct ToolRun {
-  int exitStatus = -1;
-  std::string output;
-};
-
-// Runs a shell command in `directory` and collects its standard output.
-ToolRun RunTool(const std::string& directory, const std::string& command) {
-  ToolRun run;
-  FILE* pipe = popen(("cd '" + directory + "' && " + command).c_str(), "r");
+// Runs a shell command in a fresh directory holding `file` with `contents`; collects its standard output and exit
+// status.
+EngineRun RunTool(const std::string& command, const std::string& file = "", const std::string& contents = "") {
+  TemporaryDirectory dir;
+  if (!file.empty()) dir.WriteFile(file, contents);
+  EngineRun run;
+  FILE* pipe = popen(("cd '" + dir.Path() + "' && " + command).c_str(), "r");
   if (!pipe) return run;
   char buffer[4096];
   for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.output.append(buffer, n);
@@ -29,34 +26,17 @@ ToolRun RunTool(const std::string& directory, const std::string& command) {
   return run;
 }
 
-const std::string BOOK_TOOL = "'" VORLEK_BOOK_BINARY "' check ";
-const std::string BENCH_TOOL = "'" VORLEK_BENCH_BINARY "' ";
-
 TEST(BookTool, PassesTheShippedBook) {
-  TemporaryDirectory dir;
-  const ToolRun run = RunTool(dir.Path(), BOOK_TOOL + "'" VORLEK_SOURCE_DIR "/Aperture.txt' 2>&1");
+  const EngineRun run = RunTool("'" VORLEK_BOOK_BINARY "' check '" VORLEK_SOURCE_DIR "/Aperture.txt' 2>&1");
   EXPECT_EQ(run.exitStatus, 0) << run.output;
   EXPECT_NE(run.output.find("the engine loads this book"), std::string::npos) << run.output;
   EXPECT_EQ(run.output.find("warning"), std::string::npos) << run.output;
 }
 
-TEST(BookTool, ReadsAperturePointTxtByDefaultAndCountsWhatItUses) {
-  TemporaryDirectory dir;
-  dir.WriteFile("Aperture.txt", "e2e4 e7e5\n\ne2e4 c7c5 g1f3\nd2d4");
-  const ToolRun run = RunTool(dir.Path(), BOOK_TOOL + "2>&1");
-  EXPECT_EQ(run.exitStatus, 0) << run.output;
-  EXPECT_EQ(run.output,
-            "Aperture.txt: the engine loads this book\n"
-            "  lines read:     4\n"
-            "  positions used: 3 of 300\n"
-            "  fullest entry:  2 of 8 moves\n");
-}
-
 TEST(BookTool, NamesTheLineTheTokenAndTheReasonOfABrokenBook) {
-  TemporaryDirectory dir;
-  dir.WriteFile("book.txt",
-                "e2e4 a7a6\ne2e4 b7b6\ne2e4 c7c6\ne2e4 d7d6\ne2e4 e7e6\ne2e4 f7f6\ne2e4 g7g6\ne2e4 h7h6\ne2e4 a7a5\n");
-  const ToolRun run = RunTool(dir.Path(), BOOK_TOOL + "book.txt 2>&1");
+  const EngineRun run =
+      RunTool("'" VORLEK_BOOK_BINARY "' check book.txt 2>&1", "book.txt",
+              "e2e4 a7a6\ne2e4 b7b6\ne2e4 c7c6\ne2e4 d7d6\ne2e4 e7e6\ne2e4 f7f6\ne2e4 g7g6\ne2e4 h7h6\ne2e4 a7a5\n");
   EXPECT_EQ(run.exitStatus, 1) << run.output;
   EXPECT_EQ(run.output.rfind("book.txt:9: token \"a7a5\" (token 2", 0), 0u) << run.output;
   EXPECT_NE(run.output.find("holds the 8 moves it has room for: a7a6 b7b6 c7c6 d7d6 e7e6 f7f6 g7g6 h7h6"),
@@ -69,8 +49,7 @@ TEST(BookTool, NamesTheLineTheTokenAndTheReasonOfABrokenBook) {
 
 // The node-count signature of the built-in positions at depth 5 (the default depth 7 gives 107759746).
 TEST(Bench, SignatureAtDepthFive) {
-  TemporaryDirectory dir;
-  const ToolRun run = RunTool(dir.Path(), BENCH_TOOL + "5 2>/dev/null");
+  const EngineRun run = RunTool("'" VORLEK_BENCH_BINARY "' 5 2>/dev/null");
   ASSERT_EQ(run.exitStatus, 0);
   const std::string last = "\ntotal 4556387\n";
   ASSERT_GT(run.output.size(), last.size());
@@ -79,12 +58,9 @@ TEST(Bench, SignatureAtDepthFive) {
 
 TEST(Bench, PositionsFromAFileStopAtAMate) {
   // Blank lines and carriage returns carry no position.
-  TemporaryDirectory dir;
-  dir.WriteFile("fens.txt",
-                "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1\r\n"
-                "\n"
-                "6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1\n");
-  const ToolRun run = RunTool(dir.Path(), BENCH_TOOL + "3 fens.txt 2>/dev/null");
+  const EngineRun run =
+      RunTool("'" VORLEK_BENCH_BINARY "' 3 fens.txt 2>/dev/null", "fens.txt",
+              "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1\r\n\n6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1\n");
   ASSERT_EQ(run.exitStatus, 0);
   EXPECT_EQ(run.output,
             "1 104 34 b4f4\n"
