@@ -6,7 +6,6 @@
 #include <optional>
 #include <ostream>
 #include <string>
-#include <vector>
 
 #include "support/engine_process.h"
 
@@ -15,32 +14,7 @@ namespace {
 
 const std::string PROMPT = "Comando: ";
 
-// The initial position exactly as it is drawn: white at the bottom, one letter centred in each cell.
-const std::string INITIAL_BOARD =
-    "\n"
-    "\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "8 | t | c | a | d | r | a | c | t |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "7 | p | p | p | p | p | p | p | p |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "6 |   |   |   |   |   |   |   |   |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "5 |   |   |   |   |   |   |   |   |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "4 |   |   |   |   |   |   |   |   |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "3 |   |   |   |   |   |   |   |   |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "2 | P | P | P | P | P | P | P | P |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "1 | T | C | A | D | R | A | C | T |\n"
-    "  +---+---+---+---+---+---+---+---+\n"
-    "\n"
-    "    A   B   C   D   E   F   G   H\n"
-    "\n";
-
-// The drawing of a board given as eight rows of eight characters, rank 8 first.
+// The drawing of eight rows of eight letters, rank 8 first: white at the bottom, one letter centred in each cell.
 std::string Board(const std::array<std::string, 8>& rows) {
   const std::string border = "  +---+---+---+---+---+---+---+---+\n";
   std::string text = "\n\n" + border;
@@ -52,21 +26,16 @@ std::string Board(const std::array<std::string, 8>& rows) {
   return text + "\n    A   B   C   D   E   F   G   H\n\n";
 }
 
+const std::string INITIAL_BOARD =
+    Board({"tcadract", "pppppppp", "        ", "        ", "        ", "        ", "PPPPPPPP", "TCADRACT"});
 const std::string AFTER_E4 =
     Board({"tcadract", "pppppppp", "        ", "        ", "    P   ", "        ", "PPPP PPP", "TCADRACT"});
 const std::string AFTER_E4_E5 =
     Board({"tcadract", "pppp ppp", "        ", "    p   ", "    P   ", "        ", "PPPP PPP", "TCADRACT"});
 
-TEST(ConsoleBoard, DrawingHasTheFixedSizeAndFrame) {
-  EXPECT_EQ(INITIAL_BOARD.size(), 650u);
-  EXPECT_EQ(Board({"tcadract", "pppppppp", "        ", "        ", "        ", "        ", "PPPPPPPP", "TCADRACT"}),
-            INITIAL_BOARD);
-}
-
 struct ConsoleCase {
   const char* name;
-  std::vector<std::string> lines;
-  bool endInput;
+  std::string keys;  // typed line by line, each at the next prompt
   std::string output;
   std::optional<std::string> log;
 };
@@ -75,7 +44,7 @@ std::ostream& operator<<(std::ostream& out, const ConsoleCase& c) { return out <
 class Console : public ::testing::TestWithParam<ConsoleCase> {};
 
 TEST_P(Console, PromptsAndDrawsAfterEveryCommand) {
-  const EngineRun run = RunOnTerminal(GetParam().lines, SMALL_BOOK, GetParam().endInput);
+  const EngineRun run = RunOnTerminal(GetParam().keys);
   ExpectCleanExit(run);
   EXPECT_EQ(run.output, GetParam().output);
   EXPECT_EQ(run.log, GetParam().log);
@@ -84,42 +53,22 @@ TEST_P(Console, PromptsAndDrawsAfterEveryCommand) {
 INSTANTIATE_TEST_SUITE_P(
     Sessions, Console,
     ::testing::Values(
-        // No board before the first command.
-        ConsoleCase{"PromptFirst", {}, true, PROMPT, ""},
-        ConsoleCase{"QuitDrawsOnceMore", {"quit"}, false, PROMPT + INITIAL_BOARD + PROMPT, ""},
-        // Black to move, and the board is still drawn with white at the bottom.
-        ConsoleCase{"WhitesMove",
-                    {"e2e4", "quit"},
-                    false,
-                    PROMPT + AFTER_E4 + PROMPT + AFTER_E4 + PROMPT,
-                    "Avversario: e2e4\n"},
-        ConsoleCase{"EndOfInputAfterMove", {"e2e4"}, true, PROMPT + AFTER_E4 + PROMPT, "Avversario: e2e4\n"},
-        ConsoleCase{"EngineAnswersBeforeTheBoard",
-                    {"new", "e2e4", "quit"},
-                    false,
+        // No board before the first command; black to move, and the board still has white at the bottom.
+        // The end-of-file character at the start of a line ends the input.
+        ConsoleCase{"EndOfInputAfterMove", "e2e4\n\x04", PROMPT + AFTER_E4 + PROMPT, "Avversario: e2e4\n"},
+        ConsoleCase{"EngineAnswersBeforeTheBoard", "new\ne2e4\nquit\n",
                     PROMPT + INITIAL_BOARD + PROMPT + "move e7e5 \n" + AFTER_E4_E5 + PROMPT + AFTER_E4_E5 + PROMPT,
                     "Avversario: e2e4\nVorlek: e7e5 \n"},
-        ConsoleCase{"RepliesBeforeTheBoard",
-                    {"hello", "e2e5", "quit"},
-                    false,
+        ConsoleCase{"RepliesBeforeTheBoard", "hello\ne2e5\nquit\n",
                     PROMPT + "Error(comando non previsto): hello\n" + INITIAL_BOARD + PROMPT +
                         "Illegal move(Pezzo non di turno o casa vuota o casa di destinazione non valida): e2e5\n" +
                         INITIAL_BOARD + PROMPT + INITIAL_BOARD + PROMPT,
                     ""},
         // An emptied square shows as a blank again in the next drawing.
-        ConsoleCase{"NewRedrawsEverySquare",
-                    {"e2e4", "new", "quit"},
-                    false,
+        ConsoleCase{"NewRedrawsEverySquare", "e2e4\nnew\nquit\n",
                     PROMPT + AFTER_E4 + PROMPT + INITIAL_BOARD + PROMPT + INITIAL_BOARD + PROMPT,
                     "Avversario: e2e4\n"}),
     [](const auto& info) { return info.param.name; });
-
-TEST(ConsoleStartUp, MissingBookEndsAfterThePrompt) {
-  const EngineRun run = RunOnTerminal({"new"}, std::nullopt);
-  ExpectCleanExit(run);
-  EXPECT_EQ(run.output, PROMPT + "File delle aperture non trovato!\n");
-  EXPECT_FALSE(run.log.has_value());
-}
 
 }  // namespace
 }  // namespace vorlek::test
