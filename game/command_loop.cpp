@@ -1,5 +1,7 @@
 #include "game/command_loop.h"
 
+#include <unistd.h>
+
 #include <climits>
 #include <cstring>
 
@@ -96,12 +98,25 @@ bool Handshake(FILE* in, FILE* out) {
   return true;
 }
 
+// Standard error, which no interface reads as protocol, says where the book was looked for: interfaces
+// often start engines in a folder of their own choosing.
+void ExplainMissingBook() {
+  char folder[4096];
+  if (!getcwd(folder, sizeof folder)) std::snprintf(folder, sizeof folder, "%s", "(sconosciuta)");
+  std::fprintf(stderr,
+               "vorlek: Aperture.txt non trovato nella cartella di lavoro %s: avviare il motore nella cartella che "
+               "contiene Aperture.txt (la compilazione ne mette una copia accanto all'eseguibile) o copiarvelo\n",
+               folder);
+  std::fflush(stderr);
+}
+
 // Returns false when the book is missing or a line of it is bad; the message has been printed.
 bool LoadBook(FILE* out) {
   FILE* book = std::fopen("Aperture.txt", "r");
   if (!book) {
     std::fprintf(out, "File delle aperture non trovato!\n");
     std::fflush(out);
+    ExplainMissingBook();
     return false;
   }
   const BookStatus status = LoadBookFile(book).status;

@@ -1,49 +1,34 @@
 // search/hash_table.h — the transposition table: the best move found for a position, by key.
+// 2^26 entries of a full 64-bit key and a move, one entry per index, always replaced, cleared only by a
+// new game. It stores no score, no depth and no bound: it orders moves and holds the principal variation.
 #pragma once
-#include <cstddef>
 #include <cstdint>
 
 #include "board/move.h"
 
 namespace vorlek {
 
-struct HashEntry {
-  uint64_t key;  // 0: never written, or cleared
-  uint32_t move;
-};
+constexpr uint64_t HASH_MASK = 0x3ffffff;  // a key's entry is the one at index key & HASH_MASK
 
-constexpr uint64_t HASH_MASK = 0x3ffffff;
-constexpr size_t HASH_TABLE_SIZE = size_t{1} << 26;
+// The remembered move of the position with this key (all 64 bits compared), or MOVE_NONE.
+Move ProbeHashMove(uint64_t key);
 
-extern HashEntry HashTable[HASH_TABLE_SIZE];
+// The move held at this key's index, whichever position stored it.
+Move HashMoveAtIndex(uint64_t key);
 
-// Which 1 KiB chunks of the table (64 entries each) were stored into since the last clear, one bit
-// per chunk, so that clearing after a short search does not sweep the whole gigabyte.
-constexpr int HASH_CHUNK_SHIFT = 6;
-constexpr size_t HASH_CHUNK_WORDS = (HASH_TABLE_SIZE >> HASH_CHUNK_SHIFT) / 64;
-extern uint64_t hashChunksWritten[HASH_CHUNK_WORDS];
+// Writes key and move into the key's entry, whatever it held.
+void StoreHashMove(uint64_t key, Move move);
 
-inline HashEntry& HashEntryFor(uint64_t key) { return HashTable[key & HASH_MASK]; }
-
-// The remembered move of the position with this key, or MOVE_NONE.
-inline Move ProbeHashMove(uint64_t key) {
-  const HashEntry& e = HashEntryFor(key);
-  return e.key == key ? e.move : MOVE_NONE;
-}
-
-// Always replaces whatever the entry held.
-inline void StoreHashMove(uint64_t key, Move move) {
-  const size_t index = key & HASH_MASK;
-  HashTable[index].key = key;
-  HashTable[index].move = move;
-  const size_t chunk = index >> HASH_CHUNK_SHIFT;
-  hashChunksWritten[chunk / 64] |= uint64_t{1} << (chunk % 64);
-}
-
-// Asks the memory system for the entry of `key` ahead of its probe.
-inline void PrefetchHashEntry(uint64_t key) { __builtin_prefetch(&HashEntryFor(key)); }
+// Asks the memory system for the key's entry ahead of its probe.
+void PrefetchHashEntry(uint64_t key);
 
 // Sets every entry's key to 0; the move words keep their contents.
 void ClearHashTable();
+
+// Faults the table's gigabyte in (in huge pages where the kernel gives them) without writing an entry,
+// so that the first search does not pay for it. The first starts that on a thread of its own and returns
+// at once; the second does it before it returns.
+void StartHashTablePrefault();
+void PrefaultHashTable();
 
 }  // namespace vorlek

@@ -105,23 +105,23 @@ void AppendPrincipalVariation(char* text, size_t size, int maxMoves) {
   Position* const root = current;
   size_t length = std::strlen(text);
   for (int made = 0; made < maxMoves; ++made) {
-    const HashEntry& e = HashEntryFor(current->key);
-    if (e.key != current->key) break;
+    const Move move = ProbeHashMove(current->key);
+    if (!move) break;
     // A walk that would leave the stack, or a move that does not fit the position, ends the line.
-    if (StackIndex(current) + 1 >= POSITION_STACK_SIZE || !IsGeneratedMove(*current, e.move)) break;
+    if (StackIndex(current) + 1 >= POSITION_STACK_SIZE || !IsGeneratedMove(*current, move)) break;
     char moveText[6];
-    MoveToText(moveText, e.move, *current);
+    MoveToText(moveText, move, *current);
     const int n = std::snprintf(text + length, size - length, "%s%s", moveText, " ");
     if (n < 0 || static_cast<size_t>(n) >= size - length) break;
     length += static_cast<size_t>(n);
-    MakeMove(e.move);
+    MakeMove(move);
   }
   current = root;
 }
 
 Move RootMove() {
-  const HashEntry& e = HashEntryFor(current->key);
-  if (e.key == current->key && IsGeneratedMove(*current, e.move) && IsLegalMove(e.move)) return e.move;
+  const Move stored = ProbeHashMove(current->key);
+  if (stored && IsGeneratedMove(*current, stored) && IsLegalMove(stored)) return stored;
   FlatMoveList list;
   GenerateAllMoves(*current, list);
   for (int i = 0; i < list.count; ++i) {

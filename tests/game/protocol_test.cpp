@@ -2,6 +2,7 @@
 // results, the game log and the fatal book messages, compared byte for byte.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -177,6 +178,31 @@ TEST(Book, FullTableLoadsAndTheFirstMoveComesFromIt) {
   for (char file = 'a'; file <= 'e'; ++file)
     fromBook |= run.output == FEATURE_LINE + "move " + file + "2" + file + "3 \n";
   EXPECT_TRUE(fromBook) << run.output;
+}
+
+// Without a book the engine ends with its message on standard output, and names the folder it looked in
+// on standard error, which interfaces do not read as protocol.
+TEST(Book, MissingBookNamesTheWorkingFolderOnStandardError) {
+  const EngineRun run = RunWithInput(HANDSHAKE + "new\n", std::nullopt);
+  ExpectCleanExit(run);
+  EXPECT_EQ(run.output, FEATURE_LINE + "File delle aperture non trovato!\n");
+  EXPECT_NE(run.errors.find("Aperture.txt non trovato nella cartella di lavoro " + run.folder + ":"), std::string::npos)
+      << run.errors;
+}
+
+// The build puts the shipped book beside the engine, so an interface that starts the engine in the engine's
+// own folder finds it.
+TEST(Book, TheBuiltEngineFindsTheShippedBookInItsOwnFolder) {
+  const std::string binary = VORLEK_BINARY;
+  const std::string folder = binary.substr(0, binary.rfind('/'));
+  FILE* engine =
+      popen(("cd '" + folder + "' && printf 'xboard\\nprotover 2\\ngo\\nquit\\n' | ./vorlek 2>&1").c_str(), "r");
+  ASSERT_NE(engine, nullptr);
+  std::string output;
+  char buffer[4096];
+  for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, engine)) > 0;) output.append(buffer, n);
+  EXPECT_EQ(pclose(engine), 0);
+  EXPECT_EQ(output.rfind(FEATURE_LINE + "move ", 0), 0u) << output;
 }
 
 }  // namespace

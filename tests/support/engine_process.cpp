@@ -53,6 +53,7 @@ void Finish(pid_t pid, const TemporaryDirectory& dir, EngineRun& run) {
   run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   run.log = dir.ReadFile("partita.log");
   run.errors = dir.ReadFile("standard-error").value_or("");
+  run.folder = dir.Path();
 }
 
 }  // namespace

@@ -24,6 +24,7 @@ struct EngineRun {
   std::string errors;              // standard error (runs on a pipe only)
   std::optional<std::string> log;  // "partita.log" afterwards, nullopt when the engine made none
   int exitStatus = -1;             // -1 when ended by a signal, or killed for hanging
+  std::string folder;              // the working folder it ran in (removed afterwards)
 };
 
 // What every run must show: an orderly end by itself with status 0, and no sanitizer report.
