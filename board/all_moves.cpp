@@ -22,6 +22,18 @@ void GenerateAllMoves(const Position& p, FlatMoveList& list) {
   }
 }
 
+Move FindGeneratedMove(const Position& p, int from, int to, int promotion) {
+  FlatMoveList list;
+  GenerateAllMoves(p, list);
+  for (int i = 0; i < list.count; ++i) {
+    const Move m = list.moves[i];
+    if (MoveFrom(m) == from && MoveTo(m) == to && (promotion == ANY_PROMOTION || PromotionPiece(m) == promotion)) {
+      return m;
+    }
+  }
+  return MOVE_NONE;
+}
+
 namespace {
 
 // After a move the record is seen from the opponent; turn it back to the mover to ask about its king.

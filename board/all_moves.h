@@ -15,6 +15,13 @@ struct FlatMoveList {
 // expanded with its targets in ascending order.
 void GenerateAllMoves(const Position& p, FlatMoveList& list);
 
+// Matches any promotion piece (FindGeneratedMove).
+constexpr int ANY_PROMOTION = -1;
+
+// The first move of p's joined list from `from` to `to` (squares in p's view) that promotes to `promotion`
+// (EMPTY for a move without promotion, ANY_PROMOTION for the first whatever it promotes to), or MOVE_NONE.
+Move FindGeneratedMove(const Position& p, int from, int to, int promotion);
+
 // Makes `move` on the record above `current`; when it leaves the mover's king attacked the record is
 // dropped again and false is returned, otherwise the move stays made and true is returned.
 bool MakeMoveIfLegal(Move move);

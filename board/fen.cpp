@@ -103,11 +103,12 @@ int SetBoard(Position& position, const char* text) {
     for (const char* c = castling; *c; ++c) {
       if (!std::strchr("KQkq", *c)) return 0;
     }
-    p.castling = 0x33;
-    if (!std::strchr(castling, 'K')) p.castling &= ~0x02;
-    if (!std::strchr(castling, 'Q')) p.castling &= ~0x01;
-    if (!std::strchr(castling, 'k')) p.castling &= ~0x20;
-    if (!std::strchr(castling, 'q')) p.castling &= ~0x10;
+    // In white's view: white's rights are the own ones.
+    p.castling = 0;
+    if (std::strchr(castling, 'K')) p.castling |= OWN_KING_SIDE;
+    if (std::strchr(castling, 'Q')) p.castling |= OWN_QUEEN_SIDE;
+    if (std::strchr(castling, 'k')) p.castling |= THEIR_KING_SIDE;
+    if (std::strchr(castling, 'q')) p.castling |= THEIR_QUEEN_SIDE;
   }
 
   const char* ep = fields[3];

@@ -16,10 +16,11 @@ uint64_t ComputeKey(const Position& p) {
       key ^= SquareTable.slots[code][Mirror(sq)].key;
     }
   });
-  if (w.castling & 0x02) key ^= SquareTable.castlingKeys[0];
-  if (w.castling & 0x01) key ^= SquareTable.castlingKeys[2];
-  if (w.castling & 0x20) key ^= SquareTable.castlingKeys[1];
-  if (w.castling & 0x10) key ^= SquareTable.castlingKeys[3];
+  // In white's view, castlingKeys: [0] white king side, [1] black king side, [2] white queen side, [3] black.
+  if (w.castling & OWN_KING_SIDE) key ^= SquareTable.castlingKeys[0];
+  if (w.castling & OWN_QUEEN_SIDE) key ^= SquareTable.castlingKeys[2];
+  if (w.castling & THEIR_KING_SIDE) key ^= SquareTable.castlingKeys[1];
+  if (w.castling & THEIR_QUEEN_SIDE) key ^= SquareTable.castlingKeys[3];
   if (w.epFile != EP_NONE) key ^= SquareTable.epKeys[w.epFile & 7];
   if (p.side == BLACK) key ^= SquareTable.sideKey;
   return key;
@@ -47,7 +48,7 @@ Position InitialPosition() {
   p.type0 = 0x2cff00000000ff2cULL;
   p.type1 = 0x7600000000000076ULL;
   p.type2 = 0x9900000000000099ULL;
-  p.castling = 0x33;
+  p.castling = ALL_CASTLING;
   p.epFile = EP_NONE;
   p.fifty = 0;
   p.repetition = 0;

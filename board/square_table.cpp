@@ -93,6 +93,16 @@ void InitSquareTable() {
   for (auto& key : SquareTable.castlingKeys) key = NextRandom();
   for (auto& key : SquareTable.epKeys) key = NextRandom();
   SquareTable.sideKey = NextRandom();
+  for (int sideBit = 0; sideBit < 2; ++sideBit) {
+    for (int packed = 0; packed < 16; ++packed) {
+      uint64_t key = 0;
+      for (const CastlingRight right : {OWN_QUEEN_SIDE, OWN_KING_SIDE, THEIR_QUEEN_SIDE, THEIR_KING_SIDE}) {
+        const int bit = right & OWN_CASTLING ? right : right >> 2;
+        if (packed & bit) key ^= SquareTable.castlingKeys[CastlingKeyIndex(right, sideBit)];
+      }
+      castlingRightsKeys[sideBit][packed] = key;
+    }
+  }
 
   for (int type = 0; type < 8; ++type) {
     for (int sq = 0; sq < 64; ++sq) {

@@ -2,6 +2,8 @@
 #pragma once
 #include <cstdint>
 
+#include "board/castling.h"
+
 namespace vorlek {
 
 struct SquareSlot {
@@ -27,10 +29,13 @@ uint64_t NextRandom();
 // Draws the 1037 keys in their fixed order, then fills the values. Called once, at start.
 void InitSquareTable();
 
-// Index into castlingKeys of a right, seen from the side to move (sideBit 0 for white, 1 for black).
-constexpr int OwnKingSideKey(int sideBit) { return 0 + sideBit; }
-constexpr int OwnQueenSideKey(int sideBit) { return 2 + sideBit; }
-constexpr int OppKingSideKey(int sideBit) { return 1 - sideBit; }
-constexpr int OppQueenSideKey(int sideBit) { return 3 - sideBit; }
+// The keys of several castling rights together, by the side to move (0 white, 1 black) and the four
+// right bits packed into one nibble; filled by InitSquareTable from castlingKeys.
+inline uint64_t castlingRightsKeys[2][16];
+
+// The key of the rights held in `rights` (CastlingRight bits) for the side to move.
+inline uint64_t CastlingRightsKey(uint8_t rights, int sideBit) {
+  return castlingRightsKeys[sideBit][(rights & OWN_CASTLING) | ((rights & THEIR_CASTLING) >> 2)];
+}
 
 }  // namespace vorlek

@@ -17,7 +17,7 @@
 #include <string>
 
 #include "game/command_loop.h"
-#include "search/search.h"
+#include "game/game_state.h"
 
 namespace {
 
@@ -75,7 +75,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
   std::fclose(book);
   sink = std::fopen("/dev/null", "w");
   if (!sink) std::exit(1);
-  vorlek::maxSearchDepth = 2;
+  vorlek::maxThinkDepth = 2;
   return 0;
 }
 

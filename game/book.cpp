@@ -1,34 +1,22 @@
 #include "game/book.h"
 
+#include <cstdlib>
+
 #include "board/all_moves.h"
 #include "board/make_move.h"
+#include "board/notation.h"
 #include "board/position.h"
 
 namespace vorlek {
 
 namespace {
 
-bool IsFile(char c) { return c >= 'a' && c <= 'h'; }
-bool IsRank(char c) { return c >= '1' && c <= '8'; }
-
-// The move of the current position that a token names, or MOVE_NONE. Only the first four
-// characters count; the promotion piece is not compared, so a promotion takes the queen.
+// The move of the current position that a token names, or MOVE_NONE. Only the first four characters
+// count; the promotion piece is not compared, so a promotion takes the first generated, the queen.
 Move FindTokenMove(const char* token, int length) {
-  if (length < 4 || !IsFile(token[0]) || !IsRank(token[1]) || !IsFile(token[2]) || !IsRank(token[3])) {
-    return MOVE_NONE;
-  }
-  int from = (token[0] - 'a') + 8 * (token[1] - '1');
-  int to = (token[2] - 'a') + 8 * (token[3] - '1');
-  if (current->side == BLACK) {
-    from = Mirror(from);
-    to = Mirror(to);
-  }
-  FlatMoveList list;
-  GenerateAllMoves(*current, list);
-  for (int i = 0; i < list.count; ++i) {
-    if (MoveFrom(list.moves[i]) == from && MoveTo(list.moves[i]) == to) return list.moves[i];
-  }
-  return MOVE_NONE;
+  int from, to;
+  if (length < 4 || !ReadMoveSquares(token, from, to)) return MOVE_NONE;
+  return FindGeneratedMove(*current, ViewSquare(from, current->side), ViewSquare(to, current->side), ANY_PROMOTION);
 }
 
 BookEntry* EntryForKey(uint64_t key) {
@@ -93,6 +81,17 @@ const BookEntry* FindBookEntry(uint64_t key) {
     if (entry.key == key) return &entry;
   }
   return nullptr;
+}
+
+Move PickBookMove(uint64_t key) {
+  const BookEntry* entry = FindBookEntry(key);
+  // An entry without moves (a free entry matching a zero key) is no book position.
+  if (!entry || entry->moves[0] == MOVE_NONE) return MOVE_NONE;
+  int slot;
+  do {
+    slot = std::rand() % BOOK_SLOTS;
+  } while (entry->moves[slot] == MOVE_NONE);
+  return entry->moves[slot];
 }
 
 }  // namespace vorlek

@@ -39,4 +39,8 @@ const char* BookFailureMessage(BookStatus status);
 // The entry for a position key, or null.
 const BookEntry* FindBookEntry(uint64_t key);
 
+// One of the moves of the position with this key, each used slot equally likely (the C library's rand(),
+// never seeded, so a fresh run makes the same choices), or MOVE_NONE when the position is not in the book.
+Move PickBookMove(uint64_t key);
+
 }  // namespace vorlek

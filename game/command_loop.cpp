@@ -7,15 +7,16 @@
 
 #include "board/fen.h"
 #include "board/init_tables.h"
+#include "board/notation.h"
 #include "board/position.h"
 #include "game/book.h"
 #include "game/book_file.h"
 #include "game/console_board.h"
+#include "game/engine_move.h"
 #include "game/game_end.h"
 #include "game/game_state.h"
 #include "game/line_reader.h"
 #include "game/user_move.h"
-#include "search/think.h"
 
 namespace vorlek {
 
@@ -56,11 +57,6 @@ int ScanNumbers(const char* line, const char* format, int* numbers) {
 // Plain byte order, as strcmp compares: strictly between the two bounds.
 bool InRange(const char* line, const char* lower, const char* upper) {
   return std::strcmp(line, lower) > 0 && std::strcmp(line, upper) < 0;
-}
-
-bool LooksLikeMove(const char* line) {
-  return line[0] >= 'a' && line[0] <= 'h' && line[1] >= '1' && line[1] <= '8' && line[2] >= 'a' && line[2] <= 'h' &&
-         line[3] >= '1' && line[3] <= '8';
 }
 
 bool IsAcceptedFeature(const char* line) {
@@ -177,7 +173,7 @@ bool Execute(FILE* out, char* line, LineRead read) {
     // "level MOVES BASE INC" or "level MOVES MIN:SEC INC": only the moves per control are kept, and
     // both forms begin with them, so the first number read is the one stored.
     if (ScanNumbers(line, "level %d %d %d", numbers) >= 1) levelMoves = numbers[0];
-  } else if (LooksLikeMove(line)) {
+  } else if (int from, to; ReadMoveSquares(line, from, to)) {
     OpponentMove(out, line);
   } else if (IsAcceptedFeature(line)) {
   } else {

@@ -4,8 +4,7 @@
 
 #include "board/history.h"
 #include "board/position.h"
-#include "search/hash_table.h"
-#include "search/search.h"
+#include "search/deepening.h"
 
 namespace vorlek {
 
@@ -22,12 +21,11 @@ void NewGame() {
   current = PositionStack;
   *current = InitialPosition();
   droppedPlies = 0;
-  ClearHashTable();
+  NewSearchGame();
   useBook = 1;
   levelMoves = 0;
   engineTime = 30000;
   opponentTime = 30000;
-  searchDepth = 4;
 }
 
 }  // namespace vorlek

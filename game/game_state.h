@@ -12,6 +12,8 @@ inline int gameResult = 0;          // last game-end code; the engine does not m
 inline int levelMoves = 0;          // moves per time control, 0 for the whole game
 inline int engineTime = 30000;      // centiseconds
 inline int opponentTime = 30000;    // centiseconds
+inline int useBook = 1;             // book moves are still looked for in this game
+inline int maxThinkDepth = 32;      // no deeper iteration is begun; a fuzzer lowers it to stay quick
 
 // Where protocol lines go (standard output in the engine) and the game log, when it could be opened.
 inline FILE* engineOut = stdout;

@@ -2,37 +2,21 @@
 
 #include "board/all_moves.h"
 #include "board/history.h"
+#include "board/notation.h"
 #include "board/position.h"
 
 namespace vorlek {
 
 int ReadUserMove(const char* text) {
-  int from = (text[0] - 'a') + 8 * (text[1] - '1');
-  int to = (text[2] - 'a') + 8 * (text[3] - '1');
-  int promotion;
-  switch (text[4]) {
-    case '\0': promotion = EMPTY; break;
-    case 'n': promotion = KNIGHT; break;
-    case 'b': promotion = BISHOP; break;
-    case 'r': promotion = ROOK; break;
-    case 'q': promotion = QUEEN; break;
-    default: return MOVE_BAD_PROMOTION;
-  }
-  if (current->side == BLACK) {
-    from = Mirror(from);
-    to = Mirror(to);
-  }
-
+  int from, to;
+  if (!ReadMoveSquares(text, from, to)) return MOVE_NOT_FOUND;
+  const int promotion = ReadPromotionLetter(text[4]);
+  if (promotion < 0) return MOVE_BAD_PROMOTION;
   KeepRoomAboveHistory();
-  FlatMoveList list;
-  GenerateAllMoves(*current, list);
-  for (int i = 0; i < list.count; ++i) {
-    const Move m = list.moves[i];
-    if (MoveFrom(m) == from && MoveTo(m) == to && PromotionPiece(m) == promotion) {
-      return MakeMoveIfLegal(m) ? MOVE_OK : MOVE_LEAVES_CHECK;
-    }
-  }
-  return MOVE_NOT_FOUND;
+  const Move move =
+      FindGeneratedMove(*current, ViewSquare(from, current->side), ViewSquare(to, current->side), promotion);
+  if (!move) return MOVE_NOT_FOUND;
+  return MakeMoveIfLegal(move) ? MOVE_OK : MOVE_LEAVES_CHECK;
 }
 
 }  // namespace vorlek

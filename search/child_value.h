@@ -1,84 +1,112 @@
 // search/child_value.h — the static value of the position a move leads to, without making the move.
 // Most children of the last plies stand pat at once; knowing their value beforehand lets the search
-// count such a child without copying and turning over a position record for it.
+// count such a child without copying and turning over a position record for it. A copy kept for speed:
+// it follows make-move's description of the move (board/move_effects.h) for the score and keeps count of
+// what the evaluation reads besides (the men, the bishops, the two kings); tests check it against
+// Evaluate after MakeMove.
 #pragma once
 #include <cstdint>
 
+#include "board/make_move.h"
 #include "board/move.h"
+#include "board/move_effects.h"
 #include "board/position.h"
-#include "board/square_table.h"
 #include "search/evaluation.h"
 
 namespace vorlek {
 
-// Evaluate of the record MakeMove would write for `move`, seen by the side to move there. False, with
-// nothing computed, for a position without exactly one king a side or a move that takes a king: those
-// are left to the real thing.
-inline bool ChildStaticValue(const Position& p, Move move, int& value) {
-  const auto& slots = SquareTable.slots;
-  const int kind = MoveKind(move), from = MoveFrom(move), to = MoveTo(move), extra = MoveExtra(move);
+// What the evaluation reads of a position, taken once for all of its moves.
+struct ChildValueBasis {
+  int16_t score;
+  int men;
+  int ownBishops, opponentBishops;  // as the evaluation counts them
+  int ownKing, opponentKing;        // squares
+};
+
+// The basis of p's children; false for a record the prediction does not follow: one holding code 7, or
+// without exactly one king a side.
+inline bool TakeChildValueBasis(const Position& p, ChildValueBasis& basis) {
   const Bitboard occupancy = Occupancy(p), opponent = occupancy ^ p.own;
-  const Bitboard kings = p.type1 & p.type2, bishops = p.type0 & p.type1;
-  const Bitboard ownKings = p.own & kings, opponentKings = opponent & kings;
-  if (PopCount(ownKings) != 1 || PopCount(opponentKings) != 1) return false;
-  int ownKing = LowestSquare(ownKings);
-  int ownBishops = PopCount(p.own & bishops), opponentBishops = PopCount(opponent & bishops);
-  int men = PopCount(occupancy);
-  int delta;
-  int victim = EMPTY;
-  switch (kind) {
-    case PAWN:
-    case KNIGHT:
-    case BISHOP:
-    case ROOK:
-    case QUEEN:
-    case KING:
-      delta = slots[kind][to].value - slots[kind][from].value;
-      if (kind == KING) ownKing = to;
-      break;
-    case KIND_CAPTURE + PAWN:
-    case KIND_CAPTURE + KNIGHT:
-    case KIND_CAPTURE + BISHOP:
-    case KIND_CAPTURE + ROOK:
-    case KIND_CAPTURE + QUEEN:
-    case KIND_CAPTURE + KING: {
-      const int piece = kind - KIND_CAPTURE;
-      victim = extra & 0x0f;
-      delta = slots[victim][Mirror(to)].value + slots[piece][to].value - slots[piece][from].value;
-      if (piece == KING) ownKing = to;
-      break;
-    }
-    case KIND_PROMOTION:
-    case KIND_CAPTURE_PROMOTION: {
-      const int promotion = (extra >> 4) & 7;
-      victim = kind == KIND_CAPTURE_PROMOTION ? extra & 0x0f : EMPTY;
-      delta = slots[promotion][to].value - slots[PAWN][from].value;
-      if (victim != EMPTY) delta += slots[victim][Mirror(to)].value;
-      if (promotion == BISHOP) ++ownBishops;
-      break;
-    }
-    case KIND_EN_PASSANT:
-      victim = PAWN;
-      delta = slots[PAWN][Mirror(to - 8)].value + slots[PAWN][to].value - slots[PAWN][from].value;
-      break;
-    case KIND_CASTLE_KING_SIDE:
-    case KIND_CASTLE_QUEEN_SIDE:
-      // The rook's square values on its corner and beside the king are equal.
-      delta = slots[KING][to].value - slots[KING][from].value;
-      ownKing = to;
-      break;
-    default: return false;
+  const Bitboard ownKings = p.own & KingPlanes(p), opponentKings = opponent & KingPlanes(p);
+  if ((p.type0 & p.type1 & p.type2) || PopCount(ownKings) != 1 || PopCount(opponentKings) != 1) return false;
+  basis = {p.score,
+           PopCount(occupancy),
+           PopCount(p.own & BishopPlanes(p)),
+           PopCount(opponent & BishopPlanes(p)),
+           LowestSquare(ownKings),
+           LowestSquare(opponentKings)};
+  return true;
+}
+
+namespace detail {
+
+// What the evaluation of the child reads, changed part by part.
+struct EvaluationChanges {
+  ScoreChanges score;
+  int men;
+  int ownBishops, opponentBishops;
+  int ownKing;
+  bool takesKing = false;
+
+  void Move(int piece, int from, int to) {
+    score.Move(piece, from, to);
+    if (piece == KING) ownKing = to;
   }
-  if (victim == KING) return false;
-  if (victim != EMPTY) --men;
-  if (victim == BISHOP) --opponentBishops;
+  void Capture(int victim, int square) {
+    score.Capture(victim, square);
+    --men;
+    if (victim == BISHOP) --opponentBishops;
+    if (victim == KING) takesKing = true;
+  }
+  void CaptureEnPassant(int square) {
+    score.CaptureEnPassant(square);
+    --men;
+  }
+  void Promote(int piece, int from, int to) {
+    score.Promote(piece, from, to);
+    if (piece == BISHOP) ++ownBishops;
+  }
+  void EnPassantFile(int) {}
+  void LoseRights(uint8_t) {}
+  void Clock(MoveClock) {}
+};
+
+// Whether the move's squares hold what the move says, for the two kinds whose generation does not itself
+// guarantee it: castling (the king on e1, the rook on its corner) and en passant (an empty target, the
+// opponent's pawn behind it).
+inline bool SpecialMoveFits(const Position& p, Move move) {
+  switch (MoveKind(move)) {
+    case KIND_CASTLE_KING_SIDE: return (p.own & Kings(p) & SquareBit(E1)) && (p.own & Rooks(p) & SquareBit(H1));
+    case KIND_CASTLE_QUEEN_SIDE: return (p.own & Kings(p) & SquareBit(E1)) && (p.own & Rooks(p) & SquareBit(A1));
+    case KIND_EN_PASSANT:
+      return !(Occupancy(p) & SquareBit(MoveTo(move))) && (Opponent(p) & Pawns(p) & SquareBit(MoveTo(move) - 8));
+    default: return true;
+  }
+}
+
+}  // namespace detail
+
+// Evaluate of the record MakeMove would write for `move` in p (a move the generators produce there, or a
+// remembered move they would produce), seen by the side to move there, from p's basis. False, with nothing
+// computed, for a move that takes a king, or castling or en passant whose men are not where it says.
+[[gnu::always_inline]] inline bool ChildStaticValue(const Position& p, const ChildValueBasis& basis, Move move,
+                                                    int& value) {
+  if (!detail::SpecialMoveFits(p, move)) return false;
+  detail::EvaluationChanges e{{}, basis.men, basis.ownBishops, basis.opponentBishops, basis.ownKing};
+  if (!DescribeMove(move, e) || e.takesKing) return false;
   // The record keeps its score in 16 bits, and turning it over negates it there.
-  const int16_t moverScore = static_cast<int16_t>(p.score + delta);
+  const int16_t moverScore = static_cast<int16_t>(basis.score + e.score.delta);
   const int16_t childScore = static_cast<int16_t>(-moverScore);
   // In the child the opponent is to move and the board is turned over.
-  value = childScore + (opponentBishops == 2 ? BISHOP_PAIR_BONUS : 0) - (ownBishops == 2 ? BISHOP_PAIR_BONUS : 0) +
-          KingTerm(Mirror(LowestSquare(opponentKings)), men) - KingTerm(64 + Mirror(ownKing), men);
+  value = childScore + (e.opponentBishops == 2 ? BISHOP_PAIR_BONUS : 0) - (e.ownBishops == 2 ? BISHOP_PAIR_BONUS : 0) +
+          KingTerm(Mirror(basis.opponentKing), e.men) - KingTerm(64 + Mirror(e.ownKing), e.men);
   return true;
+}
+
+// The same for one move, its basis taken on the spot.
+inline bool ChildStaticValue(const Position& p, Move move, int& value) {
+  ChildValueBasis basis{};
+  return TakeChildValueBasis(p, basis) && ChildStaticValue(p, basis, move, value);
 }
 
 }  // namespace vorlek

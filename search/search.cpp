@@ -30,38 +30,39 @@ inline Move PickBest(ScoredMoveList& list) {
 // Whether the child of `move` at remaining depth 0 meets no draw test and stands pat at once against
 // `beta`, its static value then in `value`: the same tests, on the same numbers, as making the move,
 // counting the leaf and its quiescence node, and evaluating there. Anything unusual is left to that.
-inline bool LeafStandsPat(const Position& p, Move move, int beta, int& value) {
-  const int kind = MoveKind(move);
-  const bool pieceMove = kind >= KNIGHT && kind <= KING;
-  const int fifty = pieceMove || kind == KIND_CASTLE_KING_SIDE || kind == KIND_CASTLE_QUEEN_SIDE ? p.fifty + 1 : 0;
-  if (fifty >= 100) return false;
-  if (pieceMove) {
-    // The repetition count MakeMove would give: the same key an even number of plies back.
-    const uint64_t key = ChildKey(p, move);
-    const int reach = std::min(fifty, StackIndex(current) + 1);
-    for (int distance = 2; distance <= reach; distance += 2) {
-      const Position& earlier = *(current + 1 - distance);
-      if (earlier.key == key) {
-        if (static_cast<uint8_t>(earlier.repetition + 1) == 2) return false;
-        break;
-      }
-    }
-  }
-  return ChildStaticValue(p, move, value) && value >= beta;
+inline bool LeafStandsPat(const Position& p, const ChildValueBasis& basis, Move move, int beta, int& value) {
+  const ChildClock clock = ChildClockOf(p, move);
+  if (clock.fifty >= 100) return false;
+  if (!ChildStaticValue(p, basis, move, value) || value < beta) return false;
+  return !clock.scansRepetition || RepetitionCount(ChildKey(p, move), clock.fifty, current + 1) != 2;
 }
 
-// The clock is looked at once every CLOCK_CHECK_INTERVAL nodes, only when a deadline is set.
-constexpr int CLOCK_CHECK_INTERVAL = 1 << 16;
-int clockCountdown = CLOCK_CHECK_INTERVAL;
+// The stop rules are looked at once every STOP_CHECK_INTERVAL nodes.
+constexpr int STOP_CHECK_INTERVAL = 1 << 14;
+int stopCountdown = STOP_CHECK_INTERVAL;
+StopRules stopRules;
+bool abandoned = false;
 
 inline bool Abandoned() {
-  if (--clockCountdown > 0) return searchAborted;
-  clockCountdown = CLOCK_CHECK_INTERVAL;
-  if (searchDeadline != 0 && WallClockMicroseconds() > searchDeadline) searchAborted = true;
-  return searchAborted;
+  if (--stopCountdown > 0) return abandoned;
+  stopCountdown = STOP_CHECK_INTERVAL;
+  if ((stopRules.deadline != 0 && WallClockMicroseconds() > stopRules.deadline) ||
+      (stopRules.nodeLimit != 0 && nodes >= stopRules.nodeLimit) ||
+      (stopRules.stop && stopRules.stop->load(std::memory_order_relaxed))) {
+    abandoned = true;
+  }
+  return abandoned;
 }
 
 }  // namespace
+
+void SetStopRules(const StopRules& rules) {
+  stopRules = rules;
+  abandoned = false;
+  stopCountdown = STOP_CHECK_INTERVAL;
+}
+
+bool IterationAbandoned() { return abandoned; }
 
 int64_t WallClockMicroseconds() {
   timeval now;
@@ -83,9 +84,11 @@ int Quiesce(int alpha, int beta) {
   if (list.count == 0) return best;
   Move move = PickBest(list);
   if (CapturedPiece(move) == KING) return ILLEGAL_SCORE;
+  ChildValueBasis basis{};
+  const bool predictable = TakeChildValueBasis(p, basis);
   for (;;) {
     int value, standPat;
-    if (ChildStaticValue(p, move, standPat) && standPat >= -best) {
+    if (predictable && ChildStaticValue(p, basis, move, standPat) && standPat >= -best) {
       // The child stands pat at once: one node, and a value that cannot raise best.
       ++nodes;
       value = -standPat;
@@ -93,7 +96,7 @@ int Quiesce(int alpha, int beta) {
       MakeMove(move);
       value = -Quiesce(-beta, -best);
       TakeBack();
-      if (searchAborted) return 0;
+      if (abandoned) return 0;
     }
     if (value >= beta) return value;
     if (value > best) best = value;
@@ -119,22 +122,26 @@ int Search(int depth, int alpha, int beta) {
 
   // A cut-off remembers the move that caused it; an abandoned search remembers nothing.
   auto cutOff = [&] {
-    if (searchAborted) return 0;
+    if (abandoned) return 0;
     StoreHashMove(p.key, bestMove);
     return alpha;
   };
 
+  // At depth 1 most children stand pat at once: their values are predicted from one basis.
+  ChildValueBasis basis{};
+  const bool predictLeaves = depth == 1 && TakeChildValueBasis(p, basis);
+
   // Searches one move; true when it cuts the node off (or the search is abandoned).
   auto searchMove = [&](Move move) {
     int score, standPat;
-    if (depth == 1 && LeafStandsPat(p, move, -alpha, standPat)) {
+    if (predictLeaves && LeafStandsPat(p, basis, move, -alpha, standPat)) {
       nodes += 2;  // the leaf and its quiescence node
       score = -standPat;
     } else {
       MakeMove(move);
       score = -Search(depth - 1, -beta, -alpha);
       TakeBack();
-      if (searchAborted) return true;
+      if (abandoned) return true;
     }
     if (score != -ILLEGAL_SCORE) noLegalMove = false;
     if (score > alpha) {
@@ -195,7 +202,7 @@ int Search(int depth, int alpha, int beta) {
     }
   }
 
-  if (searchAborted) return 0;
+  if (abandoned) return 0;
   if (noLegalMove) return InCheck(p) ? -(MATE_SCORE + depth) : 0;
   if (bestMove) StoreHashMove(p.key, bestMove);
   return alpha;

@@ -1,8 +1,7 @@
 // search/search.h — alpha-beta search and quiescence search over the position stack.
 #pragma once
+#include <atomic>
 #include <cstdint>
-
-#include "board/move.h"
 
 namespace vorlek {
 
@@ -10,17 +9,22 @@ constexpr int MATE_SCORE = 15000;     // a side mated at remaining depth d score
 constexpr int ILLEGAL_SCORE = 15100;  // the side to move can capture the enemy king
 constexpr int MAX_SEARCH_DEPTH = 32;
 
-inline uint64_t nodes = 0;                     // nodes of the current iteration
-inline int useBook = 1;                        // book moves are still looked for
-inline int searchDepth = 4;                    // depth of the iteration being searched; carried from move to move
-inline int maxSearchDepth = MAX_SEARCH_DEPTH;  // no iteration goes deeper; tools may lower it
+inline uint64_t nodes = 0;  // nodes of the current iteration
 
-// Emergency stop for set-ups whose capture sequences explode (dozens of queens): once the wall clock
-// passes searchDeadline (microseconds, as WallClockMicroseconds gives them; 0: none), the running
-// iteration is abandoned: every node returns at once and nothing more is stored. The deadline lies far
-// beyond any allotment, so games from real positions never meet it.
-inline int64_t searchDeadline = 0;
-inline bool searchAborted = false;
+// When a running iteration is given up. The search looks at these only every few thousand nodes, where it
+// reads the clock, and then returns at once from every node without storing anything more.
+struct StopRules {
+  int64_t deadline = 0;                     // wall clock, microseconds (WallClockMicroseconds); 0: none
+  uint64_t nodeLimit = 0;                   // nodes of this iteration; 0: none
+  const std::atomic<bool>* stop = nullptr;  // raised by another thread
+};
+
+// Sets the rules for the iterations that follow and clears an earlier abandonment.
+void SetStopRules(const StopRules& rules);
+
+// Whether the last iteration was given up; its score then means nothing.
+bool IterationAbandoned();
+
 int64_t WallClockMicroseconds();
 
 // Score of the current position searched `depth` plies deep within (alpha, beta), side to move's view.

@@ -1,5 +1,5 @@
-// vorlek-bench — searches fixed positions to a fixed depth, iteration by iteration as the engine's
-// deepening does but without a clock, and prints the nodes of every iteration and their total.
+// vorlek-bench — searches fixed positions with the engine's own deepening, from depth 1 to a fixed depth
+// (or a mate score) without a clock, and prints the nodes of every iteration and their total.
 //   vorlek-bench [DEPTH [FENFILE]]
 // The total of the built-in positions at the default depth is the engine's signature: a change that
 // only makes the engine faster leaves it alone. Search time and nodes per second go to stderr.
@@ -12,11 +12,10 @@
 
 #include "board/fen.h"
 #include "board/init_tables.h"
+#include "board/notation.h"
 #include "board/position.h"
-#include "game/game_state.h"
+#include "search/deepening.h"
 #include "search/hash_table.h"
-#include "search/search.h"
-#include "search/think.h"
 #include "tools/bench_positions.h"
 
 using namespace vorlek;
@@ -24,22 +23,11 @@ using namespace vorlek;
 namespace {
 
 constexpr int DEFAULT_BENCH_DEPTH = 7;
-constexpr int MATE_BOUND = 15000;  // a score of this magnitude or more ends the deepening
+constexpr size_t MAX_FEN_LENGTH = 200;  // the reader keeps 199 characters of its text
 
 int Usage() {
   std::fprintf(stderr, "usage: vorlek-bench [DEPTH [FENFILE]]\n");
   return 2;
-}
-
-// Collapses runs of blanks to one and drops blanks at either end.
-std::string SingleBlanks(const char* text) {
-  std::string out;
-  for (const char* c = text; *c; ++c) {
-    if (*c == ' ' && (out.empty() || out.back() == ' ')) continue;
-    out += *c;
-  }
-  if (!out.empty() && out.back() == ' ') out.pop_back();
-  return out;
 }
 
 bool ReadFenFile(const char* path, std::vector<std::string>& fens) {
@@ -65,6 +53,23 @@ bool ReadFenFile(const char* path, std::vector<std::string>& fens) {
   fens.swap(kept);
   return true;
 }
+
+// Each iteration as "depth score nodes moves", the variation's moves separated by single blanks.
+class BenchOutput : public IterationListener {
+ public:
+  void Finished(const Iteration& it) override {
+    std::printf("%d %d %llu", it.depth, it.score, static_cast<unsigned long long>(it.nodes));
+    for (int i = 0; i < it.pvLength; ++i) {
+      char text[MOVE_TEXT_SIZE];
+      MoveToText(text, it.pv[i], it.rootSide ^ (i % 2 == 0 ? 0 : BLACK));
+      if (text[4] == ' ') text[4] = '\0';
+      std::printf(" %s", text);
+    }
+    std::printf("\n");
+    total += it.nodes;
+  }
+  uint64_t total = 0;
+};
 
 double CpuSeconds() {
   timespec t;
@@ -101,34 +106,31 @@ int main(int argc, char** argv) {
   for (const std::string& fen : fens) {
     Position scratch{};
     // The reader keeps 199 characters of its text; a longer line would be read cut short.
-    if (fen.size() >= LINE_SIZE || !SetBoard(scratch, fen.c_str())) {
+    if (fen.size() >= MAX_FEN_LENGTH || !SetBoard(scratch, fen.c_str())) {
       std::fprintf(stderr, "vorlek-bench: position refused: %s\n", fen.c_str());
       return 2;
     }
   }
   // The kernel gives the table its pages once per process; that is kept out of the search time.
   PrefaultHashTable();
-  uint64_t total = 0;
+  BenchOutput output;
   std::chrono::steady_clock::duration searchTime{};
   double cpuTime = 0;
   for (const std::string& fen : fens) {
-    NewGame();
+    current = PositionStack;
+    *current = InitialPosition();
+    NewSearchGame();
     SetBoard(*current, fen.c_str());
-    for (int d = 1; d <= depth; ++d) {
-      const auto start = std::chrono::steady_clock::now();
-      const double cpuStart = CpuSeconds();
-      const int score = SearchIteration(d);
-      searchTime += std::chrono::steady_clock::now() - start;
-      cpuTime += CpuSeconds() - cpuStart;
-      total += nodes;
-      char pv[512] = "";
-      AppendPrincipalVariation(pv, sizeof pv, d);
-      const std::string moves = SingleBlanks(pv);
-      std::printf("%d %d %llu%s%s\n", d, score, static_cast<unsigned long long>(nodes), moves.empty() ? "" : " ",
-                  moves.c_str());
-      if (score <= -MATE_BOUND || score >= MATE_BOUND) break;
-    }
+    // The engine's own deepening from depth 1, without a clock: it stops after `depth` or a mate score.
+    SearchLimits limits;
+    limits.maxDepth = depth;
+    const auto start = std::chrono::steady_clock::now();
+    const double cpuStart = CpuSeconds();
+    IterativeDeepening(limits, output);
+    searchTime += std::chrono::steady_clock::now() - start;
+    cpuTime += CpuSeconds() - cpuStart;
   }
+  const uint64_t total = output.total;
   std::printf("total %llu\n", static_cast<unsigned long long>(total));
   std::fflush(stdout);
 

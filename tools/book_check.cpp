@@ -8,12 +8,12 @@
 #include "board/all_moves.h"
 #include "board/init_tables.h"
 #include "board/make_move.h"
+#include "board/notation.h"
 #include "board/position.h"
 #include "game/book.h"
 #include "game/book_file.h"
 #include "game/game_state.h"
 #include "game/line_reader.h"
-#include "search/think.h"
 
 using namespace vorlek;
 
@@ -30,28 +30,21 @@ constexpr char USAGE[] =
 
 const char* const PIECE_NAMES[] = {"", "pawn", "knight", "bishop", "rook", "queen", "king", ""};
 
-bool IsFile(char c) { return c >= 'a' && c <= 'h'; }
-bool IsRank(char c) { return c >= '1' && c <= '8'; }
-
 bool IsWellFormed(const char* token, int length) {
-  return length >= 4 && IsFile(token[0]) && IsRank(token[1]) && IsFile(token[2]) && IsRank(token[3]);
+  int from, to;
+  return length >= 4 && ReadMoveSquares(token, from, to);
 }
 
 const char* SideName(int side) { return side == WHITE ? "white" : "black"; }
-
-// A square of the current position, in its side to move's view, from a file letter and a rank digit.
-int ViewSquare(const char* text) {
-  const int square = (text[0] - 'a') + 8 * (text[1] - '1');
-  return current->side == BLACK ? Mirror(square) : square;
-}
 
 // The move a well-formed token names in the current position, taken from the position's book entry:
 // the loader has entered every token it made there.
 Move EnteredMove(const char* token) {
   const BookEntry* entry = FindBookEntry(current->key);
-  if (!entry) return MOVE_NONE;
-  const int from = ViewSquare(token);
-  const int to = ViewSquare(token + 2);
+  int from, to;
+  if (!entry || !ReadMoveSquares(token, from, to)) return MOVE_NONE;
+  from = ViewSquare(from, current->side);
+  to = ViewSquare(to, current->side);
   for (Move move : entry->moves) {
     if (move && MoveFrom(move) == from && MoveTo(move) == to) return move;
   }
@@ -105,7 +98,9 @@ void ExplainBadMove(const char* token, int length) {
     return;
   }
   const int side = current->side;
-  const int from = ViewSquare(token);
+  int from, to;
+  ReadMoveSquares(token, from, to);
+  from = ViewSquare(from, side);
   const int piece = PieceAt(*current, from);
   std::printf("illegal move: %s is to move, and ", SideName(side));
   if (piece == EMPTY) {
@@ -122,8 +117,8 @@ void ExplainFullEntry() {
   const BookEntry* entry = FindBookEntry(current->key);
   std::printf("a new move, but this position already holds the %d moves it has room for:", BOOK_SLOTS);
   for (Move move : entry->moves) {
-    char text[6];
-    MoveToText(text, move, *current);
+    char text[MOVE_TEXT_SIZE];
+    MoveToText(text, move, current->side);
     if (text[4] == ' ') text[4] = '\0';
     std::printf(" %s", text);
   }

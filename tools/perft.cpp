@@ -11,8 +11,8 @@
 #include "board/fen.h"
 #include "board/init_tables.h"
 #include "board/make_move.h"
+#include "board/notation.h"
 #include "board/position.h"
-#include "search/think.h"
 
 using namespace vorlek;
 
@@ -64,8 +64,8 @@ int main(int argc, char** argv) {
     FlatMoveList list;
     GenerateAllMoves(*current, list);
     for (int i = 0; i < list.count; ++i) {
-      char text[6];
-      MoveToText(text, list.moves[i], *current);
+      char text[MOVE_TEXT_SIZE];
+      MoveToText(text, list.moves[i], current->side);
       if (!MakeMoveIfLegal(list.moves[i])) continue;
       const uint64_t leaves = Perft(static_cast<int>(depth) - 1);
       TakeBack();

@@ -37,10 +37,6 @@ std::string Rights(const Position& p) {
   return s.empty() ? "-" : s;
 }
 
-Bitboard Pawns(const Position& p) { return p.type0 & ~p.type1 & ~p.type2; }
-Bitboard Kings(const Position& p) { return p.type1 & p.type2 & ~p.type0; }
-Bitboard Rooks(const Position& p) { return p.type2 & ~p.type1 & ~p.type0; }
-
 // Facts of a record reached by a move from `before`, checked against the boards alone.
 void ExpectConsistentAfterMove(const Position& before, const Position& after, const std::string& where) {
   const Bitboard occupancy = Occupancy(after);

@@ -10,10 +10,12 @@
 
 #include "board/fen.h"
 #include "board/init_tables.h"
-#include "game/game_state.h"
+#include "board/notation.h"
+#include "game/thinking_output.h"
+#include "search/deepening.h"
 #include "search/evaluation.h"
 #include "search/hash_table.h"
-#include "search/think.h"
+#include "search/time_control.h"
 #include "support/board_helpers.h"
 
 namespace vorlek {
@@ -24,19 +26,37 @@ constexpr const char* KIWIPETE = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBB
 // A new game (empty table) set up from `fen`.
 void NewGameFrom(const char* fen) {
   InitTables();
-  NewGame();
-  ASSERT_EQ(SetBoard(*current, fen), 1) << fen;
+  NewSearchGame();
+  ASSERT_EQ(test::SetUpPosition(fen), 1) << fen;
 }
 
 struct Result {
   int score;
   uint64_t nodes;
 };
-// A search with the window the deepening gives every iteration.
+// One iteration at `depth`, with the window the deepening gives every iteration.
 Result SearchOnce(int depth) {
-  const int score = SearchIteration(depth);
+  nodes = 0;
+  const int score = Search(depth, -(MATE_SCORE + depth), MATE_SCORE + depth);
   return {score, nodes};
 }
+
+// The deepening's iterations added up: the last score, the nodes of all, the last principal variation.
+struct Deepening : IterationListener {
+  void Finished(const Iteration& it) override {
+    score = it.score;
+    total += it.nodes;
+    pv.clear();
+    for (int i = 0; i < it.pvLength; ++i) {
+      char text[MOVE_TEXT_SIZE];
+      MoveToText(text, it.pv[i], it.rootSide ^ (i % 2 ? BLACK : WHITE));
+      pv += std::string(text) + " ";
+    }
+  }
+  int score = 0;
+  uint64_t total = 0;
+  std::string pv;
+};
 Result QuiesceOnce(int alpha, int beta) {
   nodes = 0;
   const int score = Quiesce(alpha, beta);
@@ -61,17 +81,13 @@ class Signature : public ::testing::TestWithParam<SignatureCase> {};
 
 TEST_P(Signature, FixedSearchCountsTheSameNodes) {
   NewGameFrom(GetParam().fen);
-  uint64_t total = 0;
-  int score = 0;
-  for (int depth = 1; depth <= GetParam().depth; ++depth) {
-    score = SearchIteration(depth);
-    total += nodes;
-  }
-  EXPECT_EQ(score, GetParam().score);
-  EXPECT_EQ(total, GetParam().nodes);
-  char pv[256] = "";
-  AppendPrincipalVariation(pv, sizeof pv, GetParam().depth);
-  EXPECT_STREQ(pv, GetParam().principalVariation);
+  SearchLimits limits;
+  limits.maxDepth = GetParam().depth;
+  Deepening deepening;
+  IterativeDeepening(limits, deepening);
+  EXPECT_EQ(deepening.score, GetParam().score);
+  EXPECT_EQ(deepening.total, GetParam().nodes);
+  EXPECT_EQ(deepening.pv, GetParam().principalVariation);
 }
 
 INSTANTIATE_TEST_SUITE_P(Positions, Signature,
@@ -209,7 +225,7 @@ TEST(SearchHashMove, MoveThatDoesNotFitThePositionIsIgnored) {
 // ---- time and thinking output ----
 
 struct AllotmentCase {
-  int levelMoves, engineTime, opponentTime, ply, side;
+  int levelMoves, engineTime, opponentTime, ply, side;  // clocks in centiseconds
   int64_t movesToGo, budget, iterationLimit;
 };
 std::ostream& operator<<(std::ostream& out, const AllotmentCase& c) {
@@ -220,8 +236,10 @@ class Allotment : public ::testing::TestWithParam<AllotmentCase> {};
 
 TEST_P(Allotment, FromTheClocks) {
   const AllotmentCase& c = GetParam();
-  const TimeAllotment t = ComputeTimeAllotment(c.levelMoves, c.engineTime, c.opponentTime, c.ply, c.side);
-  EXPECT_EQ(t.movesToGo, c.movesToGo);
+  const int64_t movesToGo = MovesToGo(c.levelMoves, c.ply);
+  EXPECT_EQ(movesToGo, c.movesToGo);
+  const TimeAllotment t =
+      ComputeTimeAllotment(movesToGo, int64_t{c.engineTime} * 10000, int64_t{c.opponentTime} * 10000, c.side);
   EXPECT_EQ(t.budget, c.budget);
   EXPECT_EQ(t.iterationLimit, c.iterationLimit);
 }

@@ -1,0 +1,110 @@
+// board/move_effects.h — what each kind of move does to a position, said once.
+//
+// DescribeMove walks the parts of a move in the order they are applied and hands each to an effects
+// object: MakeMove's applies them to a record; the search's predictions of a child's key and static
+// value (search/child_key.h, search/child_value.h) follow the same parts without making the move. A rule
+// of make-move changes here, and all of them follow.
+#pragma once
+#include "board/castling.h"
+#include "board/move.h"
+#include "board/position.h"
+
+namespace vorlek {
+
+// What a move does to the fifty-move counter and the repetition count.
+enum class MoveClock {
+  RESET,           // a pawn move or a capture: both counters back to 0
+  COUNT_AND_SCAN,  // another piece's move: the counter goes on, and the repetition count is looked up
+  COUNT,           // castling: the counter goes on, the position is new
+};
+
+// The rights a moving piece takes away: the king both of its side's, a rook the one of the corner it
+// leaves.
+constexpr uint8_t RightsLostByMoving(int piece, int from) {
+  if (piece == KING) return OWN_CASTLING;
+  if (piece == ROOK) return CastlingRightOfSquare[from] & OWN_CASTLING;
+  return 0;
+}
+
+// A capture on the opponent's rook corner takes that right away.
+constexpr uint8_t RightsLostByCapturingOn(int to) { return CastlingRightOfSquare[to] & THEIR_CASTLING; }
+
+// Hands the parts of `move` in p, in the mover's view, to `e`:
+//   e.Move(piece, from, to)          an own piece moves: its planes and `own` toggled on both squares;
+//   e.Capture(victim, square)        the opponent's man on `square` is removed: every plane cleared there;
+//   e.CaptureEnPassant(square)       the pawn passed by an en-passant capture: `type0` toggled there;
+//   e.Promote(piece, from, to)       a pawn on `from` becomes `piece` on `to`: `own` toggled on both,
+//                                    `type0` on `from`, the piece's planes set on `to`;
+//   e.EnPassantFile(file)            the en-passant file after the move (EP_NONE, or a double step's file);
+//   e.LoseRights(rights)             castling rights taken away, where held;
+//   e.Clock(clock)                   the counters (MoveClock).
+// Returns false, having handed nothing, for a value that is no kind of move: make-move then copies the
+// record unchanged, not even turning it over.
+template <typename Effects>
+inline bool DescribeMove(Move move, Effects& e) {
+  const int kind = MoveKind(move), from = MoveFrom(move), to = MoveTo(move), extra = MoveExtra(move);
+  switch (kind) {
+    case PAWN:
+      e.Move(PAWN, from, to);
+      e.EnPassantFile((SquareBit(from) & RANK_2) && (SquareBit(to) & RANK_4) ? FileOf(to) : EP_NONE);
+      e.Clock(MoveClock::RESET);
+      return true;
+    case KNIGHT:
+    case BISHOP:
+    case ROOK:
+    case QUEEN:
+    case KING:
+      e.Move(kind, from, to);
+      e.EnPassantFile(EP_NONE);
+      e.LoseRights(RightsLostByMoving(kind, from));
+      e.Clock(MoveClock::COUNT_AND_SCAN);
+      return true;
+    case KIND_CAPTURE + PAWN:
+    case KIND_CAPTURE + KNIGHT:
+    case KIND_CAPTURE + BISHOP:
+    case KIND_CAPTURE + ROOK:
+    case KIND_CAPTURE + QUEEN:
+    case KIND_CAPTURE + KING: {
+      const int piece = kind - KIND_CAPTURE;
+      e.Capture(extra & 0x0f, to);
+      e.Move(piece, from, to);
+      e.EnPassantFile(EP_NONE);
+      e.LoseRights(RightsLostByMoving(piece, from) | RightsLostByCapturingOn(to));
+      e.Clock(MoveClock::RESET);
+      return true;
+    }
+    case KIND_PROMOTION:
+      e.Promote((extra >> 4) & 7, from, to);
+      e.EnPassantFile(EP_NONE);
+      e.Clock(MoveClock::RESET);
+      return true;
+    case KIND_CAPTURE_PROMOTION:
+      e.Capture(extra & 0x0f, to);
+      e.Promote((extra >> 4) & 7, from, to);
+      e.EnPassantFile(EP_NONE);
+      e.LoseRights(RightsLostByCapturingOn(to));
+      e.Clock(MoveClock::RESET);
+      return true;
+    case KIND_EN_PASSANT:
+      e.Move(PAWN, from, to);
+      e.CaptureEnPassant(to - 8);
+      e.EnPassantFile(EP_NONE);
+      e.Clock(MoveClock::RESET);
+      return true;
+    case KIND_CASTLE_KING_SIDE:
+    case KIND_CASTLE_QUEEN_SIDE: {
+      // The king's two-square move and the rook's jump over it. The rook's square values on a1, d1, f1
+      // and h1 are equal, so only the king's move changes the score.
+      const bool kingSide = kind == KIND_CASTLE_KING_SIDE;
+      e.Move(KING, from, to);
+      e.Move(ROOK, kingSide ? H1 : A1, kingSide ? F1 : D1);
+      e.EnPassantFile(EP_NONE);
+      e.LoseRights(OWN_CASTLING);
+      e.Clock(MoveClock::COUNT);
+      return true;
+    }
+    default: return false;
+  }
+}
+
+}  // namespace vorlek

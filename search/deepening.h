@@ -1,0 +1,51 @@
+// search/deepening.h — the engine's move: the current position searched deeper and deeper within limits,
+// each finished iteration reported to whoever asked.
+#pragma once
+#include <atomic>
+#include <cstdint>
+
+#include "board/move.h"
+#include "search/search.h"
+
+namespace vorlek {
+
+constexpr int64_t NO_TIME_LIMIT = INT64_MAX;
+
+struct SearchLimits {
+  int64_t iterationLimit = NO_TIME_LIMIT;   // microseconds after which no further iteration begins
+  int64_t abandonAfter = NO_TIME_LIMIT;     // microseconds after which the running iteration is given up
+  int maxDepth = MAX_SEARCH_DEPTH;          // no deeper iteration begins
+  uint64_t maxNodes = 0;                    // nodes of all iterations together; 0: no limit
+  const std::atomic<bool>* stop = nullptr;  // raised by another thread: the running iteration is given up
+};
+
+// One finished iteration, as the search reports it.
+struct Iteration {
+  int depth;
+  int score;        // for the side to move at the root
+  int64_t elapsed;  // microseconds since the search began
+  uint64_t nodes;   // of this iteration alone
+  const Move* pv;   // the principal variation from the root, walked through the table
+  int pvLength;
+  int rootSide;  // side to move at the root (the variation's moves alternate from it)
+};
+
+// Implemented by each front end. Called between iterations, never inside the search.
+class IterationListener {
+ public:
+  virtual void Finished(const Iteration& iteration) = 0;
+
+ protected:
+  ~IterationListener() = default;
+};
+
+// Searches the current position: depth 1 in a new game, otherwise three below the depth the last search
+// reached, then one deeper after each iteration while the limits allow and no mate score is found. Returns
+// the move to play (the root's remembered move, or its first legal move), or MOVE_NONE when the side to
+// move has none. The current position is unchanged.
+Move IterativeDeepening(const SearchLimits& limits, IterationListener& listener);
+
+// A new game for the search: the table of remembered moves cleared, the deepening begins at depth 1 again.
+void NewSearchGame();
+
+}  // namespace vorlek
