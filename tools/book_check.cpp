@@ -197,6 +197,7 @@ void PrintStatistics(const char* path, int lines) {
   std::printf("%s: the engine loads this book\n", path);
   std::printf("  lines read:     %d\n", lines);
   std::printf("  positions used: %d of %d\n", positions, BOOK_SIZE);
+  std::printf("  positions free: %d\n", BOOK_SIZE - positions);
   std::printf("  fullest entry:  %d of %d moves\n", fullest, BOOK_SLOTS);
 }
 

@@ -1,9 +1,9 @@
 #!/bin/sh
 # Installs the build into a fresh prefix and plays through the installed launcher as a user would:
 # from a folder of its own, with the data folder under $HOME or $XDG_DATA_HOME. Checks the layout,
-# the xboard plugin file, that the book is copied on first use and a user's book is kept, that the
-# game log lands in the data folder, and that nothing is written to the prefix or the folder the
-# launcher was started from.
+# the xboard plugin file, that the installed book tool passes the installed book, that the book is
+# copied on first use and a user's book is kept, that the game log lands in the data folder, and that
+# nothing is written to the prefix or the folder the launcher was started from.
 set -u
 cmake="$1"
 build="$2"
@@ -23,6 +23,14 @@ launcher="$prefix/games/vorlek"
 [ -x "$launcher" ] || fail "no launcher at games/vorlek"
 [ -x "$prefix/libexec/vorlek/vorlek" ] || fail "no engine at libexec/vorlek/vorlek"
 [ -f "$prefix/share/vorlek/Aperture.txt" ] || fail "no book at share/vorlek/Aperture.txt"
+# The book tool sits beside the launcher and loads the shipped book without a warning.
+book_tool="$prefix/games/vorlek-book"
+[ -x "$book_tool" ] || fail "no book tool at games/vorlek-book"
+if ! "$book_tool" check "$prefix/share/vorlek/Aperture.txt" >"$tmp/book.out" 2>&1 ||
+  grep -q 'warning' "$tmp/book.out"; then
+  cat "$tmp/book.out"
+  fail "the installed vorlek-book does not pass the installed book"
+fi
 plugin="$prefix/share/games/plugins/xboard/vorlek.eng"
 # The installed file is the shipped template with the launcher's path filled in.
 sed "s|@VORLEK_LAUNCHER@|$launcher|" "$(dirname "$0")/../../packaging/vorlek.eng.in" >"$tmp/expected.eng"

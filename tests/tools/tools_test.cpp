@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include "support/engine_process.h"
@@ -26,11 +27,22 @@ EngineRun RunTool(const std::string& command, const std::string& file = "", cons
   return run;
 }
 
+// The number after `label` in `output`, or -1 when the label is missing.
+int NumberAfter(const std::string& output, const std::string& label) {
+  const size_t at = output.find(label);
+  return at == std::string::npos ? -1 : std::atoi(output.c_str() + at + label.size());
+}
+
+// The shipped book leaves room for a user's own lines: at least 45 of the 300 positions (15%) free.
 TEST(BookTool, PassesTheShippedBook) {
   const EngineRun run = RunTool("'" VORLEK_BOOK_BINARY "' check '" VORLEK_SOURCE_DIR "/Aperture.txt' 2>&1");
   EXPECT_EQ(run.exitStatus, 0) << run.output;
   EXPECT_NE(run.output.find("the engine loads this book"), std::string::npos) << run.output;
   EXPECT_EQ(run.output.find("warning"), std::string::npos) << run.output;
+  const int usedPositions = NumberAfter(run.output, "\n  positions used: ");
+  const int freePositions = NumberAfter(run.output, "\n  positions free: ");
+  EXPECT_EQ(usedPositions + freePositions, 300) << run.output;
+  EXPECT_GE(freePositions, 45) << run.output;
 }
 
 TEST(BookTool, NamesTheLineTheTokenAndTheReasonOfABrokenBook) {
