@@ -125,21 +125,19 @@ void InitAttackTables();
 // Squares from which an enemy pawn (moving down the board) attacks the squares of b.
 constexpr Bitboard EnemyPawnAttackers(Bitboard b) { return ((b << 7) & ~FILE_H) | ((b << 9) & ~FILE_A); }
 
-// Whether the side to move's king in p is attacked. A position without a king is never in check.
+// Whether the side to move's king in p is attacked. The sets are read from the planes as the check test
+// defines them (a square of code 7 counts as a king, a rook, a bishop and a queen). A record without a
+// king is never in check.
 inline bool InCheck(const Position& p) {
-  const Bitboard kings = p.own & p.type1 & p.type2;
+  const Bitboard kings = p.own & KingPlanes(p);
   if (!kings) return false;
   const int k = LowestSquare(kings);
   const Bitboard occupancy = Occupancy(p);
   const Bitboard enemy = occupancy ^ p.own;
-  const Bitboard rookLike = p.type2 & (p.type0 | ~p.type1);
-  const Bitboard bishopLike = p.type0 & (p.type1 | p.type2);
-  const Bitboard pawns = p.type0 & ~p.type1 & ~p.type2;
-  const Bitboard knights = p.type1 & ~p.type0 & ~p.type2;
-  const Bitboard enemyKings = p.type1 & p.type2;
-  return (RookAttacks(k, occupancy) & enemy & rookLike) || (BishopAttacks(k, occupancy) & enemy & bishopLike) ||
-         (EnemyPawnAttackers(SquareBit(k)) & enemy & pawns) || (KnightAttacks[k] & enemy & knights) ||
-         (KingAttacks[k] & enemy & enemyKings);
+  return (RookAttacks(k, occupancy) & enemy & StraightSliders(p)) ||
+         (BishopAttacks(k, occupancy) & enemy & DiagonalSliders(p)) ||
+         (EnemyPawnAttackers(SquareBit(k)) & enemy & Pawns(p)) || (KnightAttacks[k] & enemy & Knights(p)) ||
+         (KingAttacks[k] & enemy & KingPlanes(p));
 }
 
 inline bool InCheck() { return InCheck(*current); }

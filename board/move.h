@@ -18,19 +18,21 @@ constexpr int KIND_CASTLE_QUEEN_SIDE = 38;
 constexpr int KIND_EN_PASSANT = 41;
 
 constexpr Move MOVE_NONE = 0;
-constexpr Move MOVE_CASTLE_KING_SIDE = 0x60416;
-constexpr Move MOVE_CASTLE_QUEEN_SIDE = 0x20426;
 
 constexpr Move MakeMoveValue(int kind, int from, int to, int extra) {
   return static_cast<Move>(kind) | static_cast<Move>(from) << 8 | static_cast<Move>(to) << 16 |
          static_cast<Move>(extra) << 24;
 }
+
+// Both colours castle from e1 in their own view.
+constexpr Move MOVE_CASTLE_KING_SIDE = MakeMoveValue(KIND_CASTLE_KING_SIDE, E1, G1, 0);
+constexpr Move MOVE_CASTLE_QUEEN_SIDE = MakeMoveValue(KIND_CASTLE_QUEEN_SIDE, E1, C1, 0);
 constexpr int MoveKind(Move m) { return static_cast<int>(m & 0xff); }
 constexpr int MoveFrom(Move m) { return static_cast<int>((m >> 8) & 0xff); }
 constexpr int MoveTo(Move m) { return static_cast<int>((m >> 16) & 0xff); }
 constexpr int MoveExtra(Move m) { return static_cast<int>(m >> 24); }
-constexpr int CapturedPiece(Move m) { return MoveExtra(m) & 0x0f; }
-constexpr int PromotionPiece(Move m) { return (MoveExtra(m) >> 4) & 0x07; }
+constexpr int CapturedPiece(Move m) { return MoveExtra(m) & 0x0f; }   // bits 0-3 of extra
+constexpr int PromotionPiece(Move m) { return (MoveExtra(m) >> 4) & 0x07; }  // bits 4-6
 
 // Capacities. No position, however many pieces a set-up gives it, can fill these lists:
 // - captures: a capturing piece has at most 8 victims and a victim at most 16 attackers (one per ray

@@ -42,7 +42,7 @@ constexpr uint8_t RightsLostByCapturingOn(int to) { return CastlingRightOfSquare
 // record unchanged, not even turning it over.
 template <typename Effects>
 inline bool DescribeMove(Move move, Effects& e) {
-  const int kind = MoveKind(move), from = MoveFrom(move), to = MoveTo(move), extra = MoveExtra(move);
+  const int kind = MoveKind(move), from = MoveFrom(move), to = MoveTo(move);
   switch (kind) {
     case PAWN:
       e.Move(PAWN, from, to);
@@ -66,7 +66,7 @@ inline bool DescribeMove(Move move, Effects& e) {
     case KIND_CAPTURE + QUEEN:
     case KIND_CAPTURE + KING: {
       const int piece = kind - KIND_CAPTURE;
-      e.Capture(extra & 0x0f, to);
+      e.Capture(CapturedPiece(move), to);
       e.Move(piece, from, to);
       e.EnPassantFile(EP_NONE);
       e.LoseRights(RightsLostByMoving(piece, from) | RightsLostByCapturingOn(to));
@@ -74,13 +74,13 @@ inline bool DescribeMove(Move move, Effects& e) {
       return true;
     }
     case KIND_PROMOTION:
-      e.Promote((extra >> 4) & 7, from, to);
+      e.Promote(PromotionPiece(move), from, to);
       e.EnPassantFile(EP_NONE);
       e.Clock(MoveClock::RESET);
       return true;
     case KIND_CAPTURE_PROMOTION:
-      e.Capture(extra & 0x0f, to);
-      e.Promote((extra >> 4) & 7, from, to);
+      e.Capture(CapturedPiece(move), to);
+      e.Promote(PromotionPiece(move), from, to);
       e.EnPassantFile(EP_NONE);
       e.LoseRights(RightsLostByCapturingOn(to));
       e.Clock(MoveClock::RESET);

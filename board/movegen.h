@@ -1,12 +1,24 @@
 // board/movegen.h — pseudo-legal move generation for the side to move.
 // Every caller (move reader, game-end test, book loader, search, quiescence search) uses these two
-// generators; callers that need another order reorder what they produce.
+// generators; callers that need another order reorder what they produce. Each piece set is exactly the
+// men of its code: a record holding code 7 (no position reached by moves does) has no moves for it.
 #pragma once
 #include "board/attacks.h"
+#include "board/castling.h"
 #include "board/move.h"
 #include "board/position.h"
 
 namespace vorlek {
+
+// The square a pawn capturing en passant moves to, in the mover's view, and the pawn it takes.
+constexpr int EnPassantTarget(int epFile) { return A6 + epFile; }
+
+// Order values of the capture list: higher is tried first.
+constexpr int CaptureOrder(int victim, int piece) { return victim * 16 + (KING - piece); }
+constexpr int EN_PASSANT_ORDER = CaptureOrder(PAWN, PAWN);
+constexpr int QUEEN_PROMOTION_ORDER = 85;
+constexpr int QUEEN_PROMOTION_TAKING_KING_ORDER = 96;
+constexpr int UNDER_PROMOTION_ORDER[8] = {0, 0, -3, -2, -1, 0, 0, 0};  // knight, bishop, rook
 
 namespace detail {
 
@@ -16,16 +28,17 @@ inline void AddCapture(ScoredMoveList& list, int kind, int from, int to, int ext
 
 // The four promotions of one pawn move, queen first, under-promotions ordered last.
 inline void AddPromotions(ScoredMoveList& list, int kind, int from, int to, int victim) {
-  AddCapture(list, kind, from, to, QUEEN << 4 | victim, victim == KING ? 96 : 85);
-  AddCapture(list, kind, from, to, ROOK << 4 | victim, -1);
-  AddCapture(list, kind, from, to, BISHOP << 4 | victim, -2);
-  AddCapture(list, kind, from, to, KNIGHT << 4 | victim, -3);
+  AddCapture(list, kind, from, to, QUEEN << 4 | victim,
+             victim == KING ? QUEEN_PROMOTION_TAKING_KING_ORDER : QUEEN_PROMOTION_ORDER);
+  for (const int piece : {ROOK, BISHOP, KNIGHT}) {
+    AddCapture(list, kind, from, to, piece << 4 | victim, UNDER_PROMOTION_ORDER[piece]);
+  }
 }
 
 inline void AddPieceCaptures(const Position& p, ScoredMoveList& list, int piece, int from, Bitboard targets) {
   ForEachSquare(targets, [&](int to) {
     const int victim = PieceAt(p, to);
-    AddCapture(list, KIND_CAPTURE + piece, from, to, victim, victim * 16 + (6 - piece));
+    AddCapture(list, KIND_CAPTURE + piece, from, to, victim, CaptureOrder(victim, piece));
   });
 }
 
@@ -36,72 +49,72 @@ inline void AddQuiets(MoveSetList& sets, MoveList& list, int piece, int from, Bi
   if (rest) sets.entries[sets.count++] = {MakeMoveValue(piece, from, 0, 0), rest};
 }
 
-// Squares from which an enemy knight, pawn or king would attack the castling king's path, and the
-// path squares themselves for the slider test.
-constexpr Bitboard QUEEN_SIDE_PATH = SquareBit(4) | SquareBit(3) | SquareBit(2);
-constexpr Bitboard KING_SIDE_PATH = SquareBit(4) | SquareBit(5) | SquareBit(6);
+// Squares from which an enemy knight or pawn would attack the castling king's path, and the path
+// squares themselves for the slider test.
+constexpr Bitboard QUEEN_SIDE_PATH = SquareBit(E1) | SquareBit(D1) | SquareBit(C1);
+constexpr Bitboard KING_SIDE_PATH = SquareBit(E1) | SquareBit(F1) | SquareBit(G1);
+constexpr Bitboard QUEEN_SIDE_BETWEEN = SquareBit(B1) | SquareBit(C1) | SquareBit(D1);
+constexpr Bitboard KING_SIDE_BETWEEN = SquareBit(F1) | SquareBit(G1);
 constexpr Bitboard KnightsAround(Bitboard path) {
   Bitboard b = 0;
   for (int sq = 0; sq < 64; ++sq)
     if (path & SquareBit(sq)) b |= KnightAttacks[sq];
   return b;
 }
-constexpr Bitboard QUEEN_SIDE_KNIGHTS = KnightsAround(QUEEN_SIDE_PATH);
-constexpr Bitboard KING_SIDE_KNIGHTS = KnightsAround(KING_SIDE_PATH);
-constexpr Bitboard QUEEN_SIDE_PAWNS = EnemyPawnAttackers(QUEEN_SIDE_PATH);
-constexpr Bitboard KING_SIDE_PAWNS = EnemyPawnAttackers(KING_SIDE_PATH);
 // Only these king squares: the others next to the path touch e1 (or, h2, face the h1 rook).
-constexpr Bitboard QUEEN_SIDE_KINGS = SquareBit(9) | SquareBit(10);
-constexpr Bitboard KING_SIDE_KINGS = SquareBit(14);
+constexpr Bitboard QUEEN_SIDE_KINGS = SquareBit(B2) | SquareBit(C2);
+constexpr Bitboard KING_SIDE_KINGS = SquareBit(G2);
 
-inline bool PathAttacked(const Position& p, Bitboard path, Bitboard knightSquares, Bitboard pawnSquares,
-                         Bitboard kingSquares) {
+// Whether an enemy man attacks a square of the castling king's path.
+inline bool PathAttacked(const Position& p, Bitboard path, Bitboard kingSquares) {
   const Bitboard occupancy = Occupancy(p);
   const Bitboard enemy = occupancy ^ p.own;
-  const Bitboard knights = p.type1 & ~p.type0 & ~p.type2;
-  const Bitboard pawns = p.type0 & ~p.type1 & ~p.type2;
-  const Bitboard kings = p.type1 & p.type2;
-  if (enemy & ((knightSquares & knights) | (pawnSquares & pawns) | (kingSquares & kings))) return true;
-  const Bitboard rookLike = enemy & p.type2 & (p.type0 | ~p.type1);
-  const Bitboard bishopLike = enemy & p.type0 & (p.type1 | p.type2);
+  if (enemy & ((KnightsAround(path) & Knights(p)) | (EnemyPawnAttackers(path) & Pawns(p)) | (kingSquares & Kings(p)))) {
+    return true;
+  }
+  const Bitboard straight = enemy & (Rooks(p) | Queens(p)), diagonal = enemy & (Bishops(p) | Queens(p));
   bool attacked = false;
   ForEachSquare(path, [&](int sq) {
-    attacked = attacked || (RookAttacks(sq, occupancy) & rookLike) || (BishopAttacks(sq, occupancy) & bishopLike);
+    attacked = attacked || (RookAttacks(sq, occupancy) & straight) || (BishopAttacks(sq, occupancy) & diagonal);
   });
   return attacked;
 }
 
-// The own king on e1 and the own rook on its corner. The rights of a position reached by moves imply
-// them; those of a set-up position need not, and castling without them would make pieces appear.
-inline bool CastlingPiecesHome(const Position& p, int rookSquare) {
-  const Bitboard kings = p.own & p.type1 & p.type2;
-  const Bitboard rooks = p.own & p.type2 & ~p.type0 & ~p.type1;
-  return (kings & SquareBit(4)) && (rooks & SquareBit(rookSquare));
-}
-
-// The opponent's pawn that has just made its double step and the empty square it passed. A position
-// reached by moves always has them; the en-passant field of a set-up position need not.
-inline bool EnPassantTargetHeld(const Position& p) {
-  const int t = 40 + p.epFile;
-  const Bitboard occupancy = Occupancy(p);
-  const Bitboard opponentPawns = (occupancy ^ p.own) & p.type0 & ~p.type1 & ~p.type2;
-  return (opponentPawns & SquareBit(t - 8)) && !(occupancy & SquareBit(t));
-}
-
 }  // namespace detail
 
-// Castling is generated only when fully allowed: the right, king and rook on their squares, the empty
-// squares between them, and no enemy attack on the king's square, the square it crosses or the one it
-// lands on.
+// Castling is generated when the right is held, the squares between king and rook are empty, and no enemy
+// man attacks the king's square, the square it crosses or the one it lands on. The right stands for the
+// king and the rook on their squares: they are not looked for.
 inline bool CanCastleQueenSide(const Position& p) {
-  return (p.castling & 0x01) && detail::CastlingPiecesHome(p, 0) && !(Occupancy(p) & 0x0eULL) &&
-         !detail::PathAttacked(p, detail::QUEEN_SIDE_PATH, detail::QUEEN_SIDE_KNIGHTS, detail::QUEEN_SIDE_PAWNS,
-                               detail::QUEEN_SIDE_KINGS);
+  return (p.castling & OWN_QUEEN_SIDE) && !(Occupancy(p) & detail::QUEEN_SIDE_BETWEEN) &&
+         !detail::PathAttacked(p, detail::QUEEN_SIDE_PATH, detail::QUEEN_SIDE_KINGS);
 }
 inline bool CanCastleKingSide(const Position& p) {
-  return (p.castling & 0x02) && detail::CastlingPiecesHome(p, 7) && !(Occupancy(p) & 0x60ULL) &&
-         !detail::PathAttacked(p, detail::KING_SIDE_PATH, detail::KING_SIDE_KNIGHTS, detail::KING_SIDE_PAWNS,
-                               detail::KING_SIDE_KINGS);
+  return (p.castling & OWN_KING_SIDE) && !(Occupancy(p) & detail::KING_SIDE_BETWEEN) &&
+         !detail::PathAttacked(p, detail::KING_SIDE_PATH, detail::KING_SIDE_KINGS);
+}
+
+// The squares a pawn on `square` pushes to without promoting: one ahead when empty and not on rank 8,
+// and two ahead from rank 2 when both are empty.
+inline Bitboard PawnPushTargets(const Position& p, int square) {
+  const Bitboard empty = ~Occupancy(p);
+  const Bitboard single = (SquareBit(square) & ~RANK_7 & ~RANK_8) ? SquareBit(square + 8) & empty : 0;
+  const Bitboard twice = (single && (SquareBit(square) & RANK_2)) ? SquareBit(square + 16) & empty : 0;
+  return single | twice;
+}
+
+// Castling and en passant are generated from the rights and the en-passant file alone, which in a set-up
+// may claim men that are not there. Whether they are: for castling the own king on e1 and the own rook on
+// its corner, for en passant an empty target square and the opponent's pawn behind it. Every other
+// generated move finds its men where it says.
+inline bool MenWhereTheMoveSays(const Position& p, Move move) {
+  switch (MoveKind(move)) {
+    case KIND_CASTLE_KING_SIDE: return (p.own & Kings(p) & SquareBit(E1)) && (p.own & Rooks(p) & SquareBit(H1));
+    case KIND_CASTLE_QUEEN_SIDE: return (p.own & Kings(p) & SquareBit(E1)) && (p.own & Rooks(p) & SquareBit(A1));
+    case KIND_EN_PASSANT:
+      return !(Occupancy(p) & SquareBit(MoveTo(move))) && (Opponent(p) & Pawns(p) & SquareBit(MoveTo(move) - 8));
+    default: return true;
+  }
 }
 
 // Captures, en passant and every promotion, each with its ordering value, appended to `list`.
@@ -109,12 +122,16 @@ inline void GenerateCaptures(const Position& p, ScoredMoveList& list) {
   const Bitboard own = p.own;
   const Bitboard occupancy = Occupancy(p);
   const Bitboard opponent = occupancy ^ own;
-  const Bitboard pawns = own & p.type0 & ~p.type1 & ~p.type2;
+  const Bitboard pawns = own & Pawns(p);
 
-  if (p.epFile != EP_NONE && detail::EnPassantTargetHeld(p)) {
-    const int t = 40 + p.epFile;
-    if (FileOf(t) != 0 && (pawns & SquareBit(t - 9))) detail::AddCapture(list, KIND_EN_PASSANT, t - 9, t, 0, 21);
-    if (FileOf(t) != 7 && (pawns & SquareBit(t - 7))) detail::AddCapture(list, KIND_EN_PASSANT, t - 7, t, 0, 21);
+  if (p.epFile != EP_NONE) {
+    const int t = EnPassantTarget(p.epFile);
+    if (FileOf(t) != 0 && (pawns & SquareBit(t - 9))) {
+      detail::AddCapture(list, KIND_EN_PASSANT, t - 9, t, 0, EN_PASSANT_ORDER);
+    }
+    if (FileOf(t) != 7 && (pawns & SquareBit(t - 7))) {
+      detail::AddCapture(list, KIND_EN_PASSANT, t - 7, t, 0, EN_PASSANT_ORDER);
+    }
   }
 
   if (pawns & RANK_7) {
@@ -131,15 +148,15 @@ inline void GenerateCaptures(const Position& p, ScoredMoveList& list) {
   ForEachSquare(opponent & ~RANK_8 & ~FILE_H & (pawns << 7),
                 [&](int t) { detail::AddPieceCaptures(p, list, PAWN, t - 7, SquareBit(t)); });
 
-  ForEachSquare(own & p.type1 & ~p.type0 & ~p.type2,
+  ForEachSquare(own & Knights(p),
                 [&](int s) { detail::AddPieceCaptures(p, list, KNIGHT, s, KnightAttacks[s] & opponent); });
-  ForEachSquare(own & p.type0 & p.type1,
+  ForEachSquare(own & Bishops(p),
                 [&](int s) { detail::AddPieceCaptures(p, list, BISHOP, s, BishopAttacks(s, occupancy) & opponent); });
-  ForEachSquare(own & p.type2 & ~p.type0 & ~p.type1,
+  ForEachSquare(own & Rooks(p),
                 [&](int s) { detail::AddPieceCaptures(p, list, ROOK, s, RookAttacks(s, occupancy) & opponent); });
-  ForEachSquare(own & p.type0 & p.type2,
+  ForEachSquare(own & Queens(p),
                 [&](int s) { detail::AddPieceCaptures(p, list, QUEEN, s, QueenAttacks(s, occupancy) & opponent); });
-  const Bitboard kings = own & p.type1 & p.type2;
+  const Bitboard kings = own & Kings(p);
   if (kings) {
     const int s = LowestSquare(kings);
     detail::AddPieceCaptures(p, list, KING, s, KingAttacks[s] & opponent);
@@ -153,44 +170,39 @@ inline void GenerateQuiets(const Position& p, MoveSetList& sets, MoveList& list)
   const Bitboard occupancy = Occupancy(p);
   const Bitboard empty = ~occupancy;
   const Bitboard opponent = occupancy ^ own;
-  const Bitboard kings = p.type1 & p.type2;
-  const Bitboard rookLike = own & p.type2 & ~p.type1;               // own rooks and queens
-  const Bitboard bishopLike = own & p.type0 & (p.type1 ^ p.type2);  // own bishops and queens
-  const Bitboard pawns = own & p.type0 & ~p.type1 & ~p.type2;
-  const Bitboard knights = own & p.type1 & ~p.type0 & ~p.type2;
-  const Bitboard bishops = own & p.type0 & p.type1;
-  const Bitboard rooks = own & p.type2 & ~p.type0 & ~p.type1;
-  const Bitboard queens = own & p.type0 & p.type2;
+  const Bitboard pawns = own & Pawns(p), knights = own & Knights(p), bishops = own & Bishops(p);
+  const Bitboard rooks = own & Rooks(p), queens = own & Queens(p), kings = own & Kings(p);
 
-  // Check squares around the opponent's king; none when a set-up position has no such king.
+  // Check squares around the opponent's king; none when the record has no such king.
   Bitboard rookChecks = 0, bishopChecks = 0, knightChecks = 0, pawnChecks = 0;
   Bitboard discoverers = 0, kingLine = 0;
-  if (opponent & kings) {
-    const int k = LowestSquare(opponent & kings);
+  if (opponent & Kings(p)) {
+    const int k = LowestSquare(opponent & Kings(p));
     rookChecks = RookAttacks(k, occupancy);
     bishopChecks = BishopAttacks(k, occupancy);
     knightChecks = KnightAttacks[k];
     pawnChecks = ((SquareBit(k) >> 7) & ~FILE_A) | ((SquareBit(k) >> 9) & ~FILE_H);
+    // A slider behind one own man on a line from the king: moving the man off the line discovers check.
     for (int d = 0; d < 8; ++d) {
       const Bitboard blockers = Rays[d][k] & occupancy;
       if (PopCount(blockers) < 2) continue;
       const int first = RayRises(d) ? LowestSquare(blockers) : HighestSquare(blockers);
       const Bitboard rest = blockers & ~SquareBit(first);
       const int second = RayRises(d) ? LowestSquare(rest) : HighestSquare(rest);
-      const Bitboard slider = RayIsStraight(d) ? rookLike : bishopLike;
+      const Bitboard slider = RayIsStraight(d) ? rooks | queens : bishops | queens;
       if (!(slider & SquareBit(second))) continue;
       const Bitboard firstBit = SquareBit(first);
       const Bitboard blocker = RayIsStraight(d) ? (knights | pawns | bishops) : (knights | pawns | rooks);
       if (blocker & firstBit) discoverers |= firstBit;
-      if (own & kings & firstBit) kingLine = Rays[d][k];
+      if (kings & firstBit) kingLine = Rays[d][k];
     }
   }
 
   if (CanCastleQueenSide(p)) list.moves[list.count++] = MOVE_CASTLE_QUEEN_SIDE;
   if (CanCastleKingSide(p)) list.moves[list.count++] = MOVE_CASTLE_KING_SIDE;
 
-  if (own & kings) {
-    const int s = LowestSquare(own & kings);
+  if (kings) {
+    const int s = LowestSquare(kings);
     detail::AddQuiets(sets, list, KING, s, KingAttacks[s] & empty, kingLine ? ~kingLine : 0);
   }
   ForEachSquare(queens, [&](int s) {
@@ -208,69 +220,57 @@ inline void GenerateQuiets(const Position& p, MoveSetList& sets, MoveList& list)
     const Bitboard checking = (discoverers & SquareBit(s)) ? ~Bitboard{0} : knightChecks;
     detail::AddQuiets(sets, list, KNIGHT, s, KnightAttacks[s] & empty, checking);
   });
-  ForEachSquare(pawns & ~RANK_7 & ~RANK_8, [&](int s) {
-    const Bitboard single = SquareBit(s + 8) & empty;
-    const Bitboard twice = (single && (SquareBit(s) & RANK_2)) ? SquareBit(s + 16) & empty : 0;
+  ForEachSquare(pawns, [&](int s) {
+    const Bitboard targets = PawnPushTargets(p, s);
     const Bitboard checking = (discoverers & SquareBit(s)) ? ~Bitboard{0} : pawnChecks;
-    if (single) detail::AddQuiets(sets, list, PAWN, s, single | twice, checking);
+    if (targets) detail::AddQuiets(sets, list, PAWN, s, targets, checking);
   });
 }
 
-}  // namespace vorlek
-
-namespace vorlek {
-
-// Whether the generators would produce `m` in position p. Guards moves that come from a table
-// (the remembered move of a position) before they are made.
+// Whether the generators would produce `m` in position p: every field compared. Guards moves that come
+// from a table (the remembered move of a position) before they are made.
 inline bool IsGeneratedMove(const Position& p, Move m) {
   const int kind = MoveKind(m), from = MoveFrom(m), to = MoveTo(m), extra = MoveExtra(m);
   if (from > 63 || to > 63) return false;
   const Bitboard occupancy = Occupancy(p);
   const Bitboard opponent = occupancy ^ p.own;
   const Bitboard F = SquareBit(from), T = SquareBit(to);
-  const int victim = extra & 0x0f, promotion = extra >> 4;
-  const bool ownPawnFrom = (p.own & F) && PieceAt(p, from) == PAWN;
+  const int victim = CapturedPiece(m);
+  const bool ownPawnFrom = (p.own & Pawns(p) & F) != 0;
+  const bool victimThere = (opponent & T) && PieceAt(p, to) == victim;
+  // The squares a piece of that code on `from` reaches; a king only from the lowest own king square.
   auto reaches = [&](int piece) -> Bitboard {
+    if (!(p.own & F) || PieceAt(p, from) != piece) return 0;
     switch (piece) {
       case KNIGHT: return KnightAttacks[from];
       case BISHOP: return BishopAttacks(from, occupancy);
       case ROOK: return RookAttacks(from, occupancy);
       case QUEEN: return QueenAttacks(from, occupancy);
-      case KING: return (p.own & p.type1 & p.type2 & (F - 1)) ? 0 : KingAttacks[from];  // only the lowest king moves
+      case KING: return LowestSquare(p.own & Kings(p)) == from ? KingAttacks[from] : 0;
       default: return 0;
     }
   };
-  auto pawnTakes = [&] { return (to == from + 9 && FileOf(from) != 7) || (to == from + 7 && FileOf(from) != 0); };
+  // A pawn's diagonal step forward, not across the board's edge.
+  const bool pawnTakes = (to == from + 9 && FileOf(from) != 7) || (to == from + 7 && FileOf(from) != 0);
+  const bool promotionPiece = (extra >> 4) >= KNIGHT && (extra >> 4) <= QUEEN;
   switch (kind) {
-    case PAWN:
-      return ownPawnFrom && extra == 0 && !(F & (RANK_7 | RANK_8)) && !(occupancy & T) &&
-             (to == from + 8 || (to == from + 16 && (F & RANK_2) && !(occupancy & SquareBit(from + 8))));
+    case PAWN: return ownPawnFrom && extra == 0 && (PawnPushTargets(p, from) & T);
     case KNIGHT:
     case BISHOP:
     case ROOK:
     case QUEEN:
-    case KING: return extra == 0 && (p.own & F) && PieceAt(p, from) == kind && !(occupancy & T) && (reaches(kind) & T);
-    case KIND_CAPTURE + PAWN:
-      return ownPawnFrom && promotion == 0 && (opponent & T) && !(T & RANK_8) && PieceAt(p, to) == victim &&
-             pawnTakes();
+    case KING: return extra == 0 && !(occupancy & T) && (reaches(kind) & T);
+    case KIND_CAPTURE + PAWN: return ownPawnFrom && (extra >> 4) == 0 && victimThere && !(T & RANK_8) && pawnTakes;
     case KIND_CAPTURE + KNIGHT:
     case KIND_CAPTURE + BISHOP:
     case KIND_CAPTURE + ROOK:
     case KIND_CAPTURE + QUEEN:
-    case KIND_CAPTURE + KING: {
-      const int piece = kind - KIND_CAPTURE;
-      return promotion == 0 && (p.own & F) && PieceAt(p, from) == piece && (opponent & T) && PieceAt(p, to) == victim &&
-             (reaches(piece) & T);
-    }
+    case KIND_CAPTURE + KING: return (extra >> 4) == 0 && victimThere && (reaches(kind - KIND_CAPTURE) & T);
     case KIND_PROMOTION:
-      return ownPawnFrom && (F & RANK_7) && to == from + 8 && !(occupancy & T) && victim == 0 && promotion >= KNIGHT &&
-             promotion <= QUEEN;
-    case KIND_CAPTURE_PROMOTION:
-      return ownPawnFrom && (F & RANK_7) && (opponent & T) && PieceAt(p, to) == victim && pawnTakes() &&
-             promotion >= KNIGHT && promotion <= QUEEN;
+      return ownPawnFrom && (F & RANK_7) && to == from + 8 && !(occupancy & T) && victim == 0 && promotionPiece;
+    case KIND_CAPTURE_PROMOTION: return ownPawnFrom && (F & RANK_7) && victimThere && pawnTakes && promotionPiece;
     case KIND_EN_PASSANT:
-      return ownPawnFrom && extra == 0 && p.epFile != EP_NONE && to == 40 + p.epFile &&
-             detail::EnPassantTargetHeld(p) &&
+      return ownPawnFrom && extra == 0 && p.epFile != EP_NONE && to == EnPassantTarget(p.epFile) &&
              ((from == to - 9 && FileOf(to) != 0) || (from == to - 7 && FileOf(to) != 7));
     case KIND_CASTLE_KING_SIDE: return m == MOVE_CASTLE_KING_SIDE && CanCastleKingSide(p);
     case KIND_CASTLE_QUEEN_SIDE: return m == MOVE_CASTLE_QUEEN_SIDE && CanCastleQueenSide(p);

@@ -10,6 +10,7 @@
 #include "board/make_move.h"
 #include "board/move.h"
 #include "board/move_effects.h"
+#include "board/movegen.h"
 #include "board/position.h"
 #include "search/evaluation.h"
 
@@ -71,19 +72,6 @@ struct EvaluationChanges {
   void Clock(MoveClock) {}
 };
 
-// Whether the move's squares hold what the move says, for the two kinds whose generation does not itself
-// guarantee it: castling (the king on e1, the rook on its corner) and en passant (an empty target, the
-// opponent's pawn behind it).
-inline bool SpecialMoveFits(const Position& p, Move move) {
-  switch (MoveKind(move)) {
-    case KIND_CASTLE_KING_SIDE: return (p.own & Kings(p) & SquareBit(E1)) && (p.own & Rooks(p) & SquareBit(H1));
-    case KIND_CASTLE_QUEEN_SIDE: return (p.own & Kings(p) & SquareBit(E1)) && (p.own & Rooks(p) & SquareBit(A1));
-    case KIND_EN_PASSANT:
-      return !(Occupancy(p) & SquareBit(MoveTo(move))) && (Opponent(p) & Pawns(p) & SquareBit(MoveTo(move) - 8));
-    default: return true;
-  }
-}
-
 }  // namespace detail
 
 // Evaluate of the record MakeMove would write for `move` in p (a move the generators produce there, or a
@@ -91,7 +79,7 @@ inline bool SpecialMoveFits(const Position& p, Move move) {
 // computed, for a move that takes a king, or castling or en passant whose men are not where it says.
 [[gnu::always_inline]] inline bool ChildStaticValue(const Position& p, const ChildValueBasis& basis, Move move,
                                                     int& value) {
-  if (!detail::SpecialMoveFits(p, move)) return false;
+  if (!MenWhereTheMoveSays(p, move)) return false;
   detail::EvaluationChanges e{{}, basis.men, basis.ownBishops, basis.opponentBishops, basis.ownKing};
   if (!DescribeMove(move, e) || e.takesKing) return false;
   // The record keeps its score in 16 bits, and turning it over negates it there.

@@ -54,17 +54,16 @@ constexpr int KingTerm(int index, int menCount) {
   return ((32 - menCount) * KingEndgameTable[index] + menCount * KingOpeningTable[index]) >> 5;
 }
 
-// Incremental material and square values, both kings' placement and the bishop pair.
+// Incremental material and square values, both kings' placement and the bishop pair. The kings and the
+// bishops are read from the planes as the evaluation defines them (a square of code 7 counts as both).
 // A king missing from a set-up position adds no placement term.
 inline int Evaluate(const Position& p) {
-  const Bitboard occupancy = Occupancy(p);
+  const Bitboard occupancy = Occupancy(p), opponent = occupancy ^ p.own;
   const int menCount = PopCount(occupancy);
-  const Bitboard kings = p.type1 & p.type2;
-  const Bitboard ownKings = p.own & kings, opponentKings = (occupancy ^ p.own) & kings;
-  const Bitboard bishops = p.type0 & p.type1;
+  const Bitboard ownKings = p.own & KingPlanes(p), opponentKings = opponent & KingPlanes(p);
   int result = p.score;
-  if (PopCount(p.own & bishops) == 2) result += BISHOP_PAIR_BONUS;
-  if (PopCount((occupancy ^ p.own) & bishops) == 2) result -= BISHOP_PAIR_BONUS;
+  if (PopCount(p.own & BishopPlanes(p)) == 2) result += BISHOP_PAIR_BONUS;
+  if (PopCount(opponent & BishopPlanes(p)) == 2) result -= BISHOP_PAIR_BONUS;
   if (ownKings) result += KingTerm(LowestSquare(ownKings), menCount);
   if (opponentKings) result -= KingTerm(64 + LowestSquare(opponentKings), menCount);
   return result;

