@@ -31,7 +31,7 @@ constexpr int MoveKind(Move m) { return static_cast<int>(m & 0xff); }
 constexpr int MoveFrom(Move m) { return static_cast<int>((m >> 8) & 0xff); }
 constexpr int MoveTo(Move m) { return static_cast<int>((m >> 16) & 0xff); }
 constexpr int MoveExtra(Move m) { return static_cast<int>(m >> 24); }
-constexpr int CapturedPiece(Move m) { return MoveExtra(m) & 0x0f; }   // bits 0-3 of extra
+constexpr int CapturedPiece(Move m) { return MoveExtra(m) & 0x0f; }          // bits 0-3 of extra
 constexpr int PromotionPiece(Move m) { return (MoveExtra(m) >> 4) & 0x07; }  // bits 4-6
 
 // Capacities. No position, however many pieces a set-up gives it, can fill these lists:
