@@ -35,7 +35,15 @@ struct KeyChanges {
     key ^= SquareTable.slots[piece | OwnTag()][from].key ^ SquareTable.slots[piece | OwnTag()][to].key;
   }
   void Capture(int victim, int square) { key ^= SquareTable.slots[victim | side][Mirror(square)].key; }
-  void CaptureEnPassant(int square) { key ^= SquareTable.slots[PAWN | side][Mirror(square)].key; }
+  void EnPassant(int from, int to) {
+    Move(PAWN, from, to);
+    key ^= SquareTable.slots[PAWN | side][Mirror(to - 8)].key;
+  }
+  void Castle(bool kingSide, int, int) {
+    const CastlingSquares c = CastlingSquaresOf(kingSide);
+    Move(KING, c.kingFrom, c.kingTo);
+    Move(ROOK, c.rookFrom, c.rookTo);
+  }
   void Promote(int piece, int from, int to) {
     key ^= SquareTable.slots[PAWN | OwnTag()][from].key ^ SquareTable.slots[piece | OwnTag()][to].key;
   }
@@ -55,7 +63,15 @@ struct ScoreChanges {
     delta += SquareTable.slots[piece][to].value - SquareTable.slots[piece][from].value;
   }
   void Capture(int victim, int square) { delta += SquareTable.slots[victim][Mirror(square)].value; }
-  void CaptureEnPassant(int square) { delta += SquareTable.slots[PAWN][Mirror(square)].value; }
+  void EnPassant(int from, int to) {
+    Move(PAWN, from, to);
+    delta += SquareTable.slots[PAWN][Mirror(to - 8)].value;
+  }
+  // The rook's square values on a1, d1, f1 and h1 are equal: only the king's move counts.
+  void Castle(bool kingSide, int, int) {
+    const CastlingSquares c = CastlingSquaresOf(kingSide);
+    Move(KING, c.kingFrom, c.kingTo);
+  }
   void Promote(int piece, int from, int to) {
     delta += SquareTable.slots[piece][to].value - SquareTable.slots[PAWN][from].value;
   }
@@ -94,10 +110,21 @@ struct BoardEffects {
     keys.Capture(victim, square);
     score.Capture(victim, square);
   }
-  void CaptureEnPassant(int square) {
-    p.type0 ^= SquareBit(square);
-    keys.CaptureEnPassant(square);
-    score.CaptureEnPassant(square);
+  void EnPassant(int from, int to) {
+    const Bitboard squares = SquareBit(from) | SquareBit(to);
+    p.own ^= squares;
+    p.type0 ^= squares | SquareBit(to - 8);
+    keys.EnPassant(from, to);
+    score.EnPassant(from, to);
+  }
+  void Castle(bool kingSide, int from, int to) {
+    const CastlingSquares c = CastlingSquaresOf(kingSide);
+    const Bitboard king = SquareBit(from) | SquareBit(to), rook = SquareBit(c.rookFrom) | SquareBit(c.rookTo);
+    p.own ^= king | rook;
+    p.type1 ^= king;
+    p.type2 ^= king | rook;
+    keys.Castle(kingSide, from, to);
+    score.Castle(kingSide, from, to);
   }
   void Promote(int piece, int from, int to) {
     const Bitboard target = SquareBit(to);

@@ -26,13 +26,26 @@ constexpr uint8_t RightsLostByMoving(int piece, int from) {
   return 0;
 }
 
+// The squares of castling's king and rook, in the mover's view.
+struct CastlingSquares {
+  int kingFrom, kingTo, rookFrom, rookTo;
+};
+constexpr CastlingSquares CastlingSquaresOf(bool kingSide) {
+  return kingSide ? CastlingSquares{E1, G1, H1, F1} : CastlingSquares{E1, C1, A1, D1};
+}
+
 // A capture on the opponent's rook corner takes that right away.
 constexpr uint8_t RightsLostByCapturingOn(int to) { return CastlingRightOfSquare[to] & THEIR_CASTLING; }
 
 // Hands the parts of `move` in p, in the mover's view, to `e`:
 //   e.Move(piece, from, to)          an own piece moves: its planes and `own` toggled on both squares;
 //   e.Capture(victim, square)        the opponent's man on `square` is removed: every plane cleared there;
-//   e.CaptureEnPassant(square)       the pawn passed by an en-passant capture: `type0` toggled there;
+//   e.EnPassant(from, to)            a pawn takes en passant: `own` toggled on both squares, `type0` on
+//                                    both and on the square of the pawn it passes (to - 8);
+//   e.Castle(kingSide, from, to)     the king's two-square move and the rook's jump over it: `own` toggled
+//                                    on the four squares, `type1` on the king's, `type2` on all four; the
+//                                    keys and values are those of the king on e1 and g1 (c1), the rook on
+//                                    h1 and f1 (a1 and d1);
 //   e.Promote(piece, from, to)       a pawn on `from` becomes `piece` on `to`: `own` toggled on both,
 //                                    `type0` on `from`, the piece's planes set on `to`;
 //   e.EnPassantFile(file)            the en-passant file after the move (EP_NONE, or a double step's file);
@@ -86,23 +99,17 @@ inline bool DescribeMove(Move move, Effects& e) {
       e.Clock(MoveClock::RESET);
       return true;
     case KIND_EN_PASSANT:
-      e.Move(PAWN, from, to);
-      e.CaptureEnPassant(to - 8);
+      e.EnPassant(from, to);
       e.EnPassantFile(EP_NONE);
       e.Clock(MoveClock::RESET);
       return true;
     case KIND_CASTLE_KING_SIDE:
-    case KIND_CASTLE_QUEEN_SIDE: {
-      // The king's two-square move and the rook's jump over it. The rook's square values on a1, d1, f1
-      // and h1 are equal, so only the king's move changes the score.
-      const bool kingSide = kind == KIND_CASTLE_KING_SIDE;
-      e.Move(KING, from, to);
-      e.Move(ROOK, kingSide ? H1 : A1, kingSide ? F1 : D1);
+    case KIND_CASTLE_QUEEN_SIDE:
+      e.Castle(kind == KIND_CASTLE_KING_SIDE, from, to);
       e.EnPassantFile(EP_NONE);
       e.LoseRights(OWN_CASTLING);
       e.Clock(MoveClock::COUNT);
       return true;
-    }
     default: return false;
   }
 }

@@ -31,7 +31,8 @@ struct ClockChanges {
   MoveClock clock = MoveClock::COUNT;
   void Move(int, int, int) {}
   void Capture(int, int) {}
-  void CaptureEnPassant(int) {}
+  void EnPassant(int, int) {}
+  void Castle(bool, int, int) {}
   void Promote(int, int, int) {}
   void EnPassantFile(int) {}
   void LoseRights(uint8_t) {}

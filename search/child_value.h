@@ -59,9 +59,13 @@ struct EvaluationChanges {
     if (victim == BISHOP) --opponentBishops;
     if (victim == KING) takesKing = true;
   }
-  void CaptureEnPassant(int square) {
-    score.CaptureEnPassant(square);
+  void EnPassant(int from, int to) {
+    score.EnPassant(from, to);
     --men;
+  }
+  void Castle(bool kingSide, int from, int to) {
+    score.Castle(kingSide, from, to);
+    ownKing = to;
   }
   void Promote(int piece, int from, int to) {
     score.Promote(piece, from, to);
