@@ -10,7 +10,7 @@
 
 namespace vorlek {
 
-// The square a pawn capturing en passant moves to, in the mover's view, and the pawn it takes.
+// The square a pawn capturing en passant moves to, in the mover's view (the pawn it takes is one below).
 constexpr int EnPassantTarget(int epFile) { return A6 + epFile; }
 
 // Order values of the capture list: higher is tried first.

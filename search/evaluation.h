@@ -39,7 +39,7 @@ constexpr std::array<int16_t, 128> KingTable(const int16_t (&printed)[64]) {
   for (int sq = 0; sq < 64; ++sq) {
     t[sq] = printed[(7 - (sq >> 3)) * 8 + (sq & 7)];
   }
-  for (int sq = 0; sq < 64; ++sq) t[64 + sq] = t[sq ^ 56];
+  for (int sq = 0; sq < 64; ++sq) t[64 + sq] = t[Mirror(sq)];
   return t;
 }
 

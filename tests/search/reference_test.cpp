@@ -18,6 +18,7 @@
 #include "board/init_tables.h"
 #include "board/make_move.h"
 #include "board/movegen.h"
+#include "board/notation.h"
 #include "search/deepening.h"
 #include "search/evaluation.h"
 #include "search/hash_table.h"
@@ -464,8 +465,10 @@ std::vector<Move> BookMoves() {
   ref::Load(InitialPosition());
   std::vector<Move> moves;
   for (size_t i = 0; i + 4 <= BOOK_LINE.size(); i += 5) {
-    const int flip = ref::current->side == BLACK ? 56 : 0;
-    const int from = test::Sq(&BOOK_LINE[i]) ^ flip, to = test::Sq(&BOOK_LINE[i + 2]) ^ flip;
+    int from, to;
+    ReadMoveSquares(&BOOK_LINE[i], from, to);
+    from = ViewSquare(from, ref::current->side);
+    to = ViewSquare(to, ref::current->side);
     const std::vector<Move> all = ref::GenerateAll(*ref::current);
     const auto found =
         std::find_if(all.begin(), all.end(), [&](Move m) { return MoveFrom(m) == from && MoveTo(m) == to; });

@@ -5,6 +5,7 @@
 #include "board/all_moves.h"
 #include "board/fen.h"
 #include "board/make_move.h"
+#include "board/notation.h"
 
 namespace vorlek::test {
 
@@ -60,24 +61,10 @@ int SetUpPosition(const char* fen) {
 }
 
 Move FindMove(const char* text) {
-  int from = Sq(text), to = Sq(text + 2);
-  int promotion = EMPTY;
-  if (text[4] && text[4] != ' ') {
-    const char* letters = " pnbrqk";
-    const char* found = std::strchr(letters, text[4]);
-    promotion = found ? static_cast<int>(found - letters) : -1;
-  }
-  if (current->side == BLACK) {
-    from = Mirror(from);
-    to = Mirror(to);
-  }
-  FlatMoveList list;
-  GenerateAllMoves(*current, list);
-  for (int i = 0; i < list.count; ++i) {
-    const Move m = list.moves[i];
-    if (MoveFrom(m) == from && MoveTo(m) == to && PromotionPiece(m) == promotion) return m;
-  }
-  return MOVE_NONE;
+  int from, to;
+  const int promotion = text[4] == ' ' ? EMPTY : ReadPromotionLetter(text[4]);
+  if (!ReadMoveSquares(text, from, to) || promotion < 0) return MOVE_NONE;
+  return FindGeneratedMove(*current, ViewSquare(from, current->side), ViewSquare(to, current->side), promotion);
 }
 
 bool PlayMoves(const char* moves) {
