@@ -16,6 +16,18 @@ inline int droppedPlies = 0;
 // Plies played since the game's starting position (NewGame or a set-up).
 inline int GamePly() { return droppedPlies + StackIndex(current); }
 
+// A new game from `start`, set on the first record.
+void StartGame(const Position& start);
+
+// The game on the stack, kept aside: its records up to `current` and the plies dropped before them.
+struct SavedGame {
+  Position records[POSITION_STACK_SIZE];
+  int count;
+  int droppedPlies;
+};
+void SaveGame(SavedGame& saved);
+void RestoreGame(const SavedGame& saved);
+
 // Called before the game adds a ply or starts a search: when the history has reached
 // GAME_HISTORY_LIMIT records, slides its last GAME_HISTORY_KEPT records to the bottom of the stack.
 // A search from there needs at most 32 plies of alpha-beta and 124 of quiescence, which fit above.

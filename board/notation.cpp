@@ -39,4 +39,9 @@ void MoveToText(char* text, Move move, int side) {
   text[5] = '\0';
 }
 
+void MoveToPlainText(char* text, Move move, int side) {
+  MoveToText(text, move, side);
+  if (text[4] == ' ') text[4] = '\0';
+}
+
 }  // namespace vorlek

@@ -22,4 +22,7 @@ constexpr int ViewSquare(int square, int side) { return side == BLACK ? Mirror(s
 constexpr int MOVE_TEXT_SIZE = 6;
 void MoveToText(char* text, Move move, int side);
 
+// The same text without the blank after a move that does not promote ("e2e4", "e7e8q").
+void MoveToPlainText(char* text, Move move, int side);
+
 }  // namespace vorlek

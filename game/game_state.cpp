@@ -18,9 +18,7 @@ void WriteLog(const char* format, ...) {
 }
 
 void NewGame() {
-  current = PositionStack;
-  *current = InitialPosition();
-  droppedPlies = 0;
+  StartGame(InitialPosition());
   NewSearchGame();
   useBook = 1;
   levelMoves = 0;

@@ -20,7 +20,7 @@ void ThinkingOutput::Finished(const Iteration& it) {
   size_t length = std::strlen(line);
   for (int i = 0; i < it.pvLength; ++i) {
     char text[MOVE_TEXT_SIZE];
-    MoveToText(text, it.pv[i], it.rootSide ^ (i % 2 == 0 ? 0 : BLACK));
+    MoveToText(text, it.pv[i], SideAtPly(it, i));
     const int n = std::snprintf(line + length, sizeof line - length, "%s%s", text, " ");
     if (n < 0 || static_cast<size_t>(n) >= sizeof line - length) break;
     length += static_cast<size_t>(n);

@@ -53,11 +53,14 @@ void NewSearchGame() {
 
 Move IterativeDeepening(const SearchLimits& limits, IterationListener& listener) {
   const int64_t start = WallClockMicroseconds();
+  const std::atomic<int64_t> startNow{start};
+  const std::atomic<int64_t>& clockStart = limits.clockStart ? *limits.clockStart : startNow;
   searchDepth = std::min(searchDepth <= 3 ? 1 : searchDepth - 3, std::max(limits.maxDepth, 1));
   uint64_t nodesBefore = 0;  // of the finished iterations
   for (;;) {
     StopRules rules;
-    if (limits.abandonAfter != NO_TIME_LIMIT) rules.deadline = start + limits.abandonAfter;
+    rules.clockStart = &clockStart;
+    rules.abandonAfter = limits.abandonAfter;
     // A limit of all iterations' nodes gives this one what the finished ones left (at least one node).
     if (limits.maxNodes != 0) rules.nodeLimit = limits.maxNodes > nodesBefore ? limits.maxNodes - nodesBefore : 1;
     rules.stop = limits.stop;
@@ -66,7 +69,8 @@ Move IterativeDeepening(const SearchLimits& limits, IterationListener& listener)
     nodes = 0;
     const int score = Search(searchDepth, -(MATE_SCORE + searchDepth), MATE_SCORE + searchDepth);
     if (IterationAbandoned()) break;  // it has no score and reports nothing
-    const int64_t elapsed = WallClockMicroseconds() - start;
+    const int64_t now = WallClockMicroseconds();
+    const int64_t elapsed = now - start;
     nodesBefore += nodes;
 
     Move line[MAX_SEARCH_DEPTH + 1];
@@ -75,8 +79,11 @@ Move IterativeDeepening(const SearchLimits& limits, IterationListener& listener)
 
     ++searchDepth;
     const bool mate = score < -14999 || score > 14999;
-    if (elapsed >= limits.iterationLimit || searchDepth > limits.maxDepth || mate) break;
+    const int64_t clockStarted = clockStart.load();
+    const bool timeUp = clockStarted != 0 && now - clockStarted >= limits.iterationLimit;
+    if (timeUp || searchDepth > limits.maxDepth || mate) break;
     if (limits.maxNodes != 0 && nodesBefore >= limits.maxNodes) break;
+    if (limits.stop && limits.stop->load()) break;
   }
   SetStopRules({});
   return RootMove();

@@ -5,18 +5,20 @@
 #include <cstdint>
 
 #include "board/move.h"
+#include "board/types.h"
 #include "search/search.h"
 
 namespace vorlek {
 
-constexpr int64_t NO_TIME_LIMIT = INT64_MAX;
-
 struct SearchLimits {
-  int64_t iterationLimit = NO_TIME_LIMIT;   // microseconds after which no further iteration begins
-  int64_t abandonAfter = NO_TIME_LIMIT;     // microseconds after which the running iteration is given up
+  int64_t iterationLimit = NO_TIME_LIMIT;   // microseconds on the clock after which no iteration begins
+  int64_t abandonAfter = NO_TIME_LIMIT;     // microseconds on the clock after which the running one is given up
   int maxDepth = MAX_SEARCH_DEPTH;          // no deeper iteration begins
   uint64_t maxNodes = 0;                    // nodes of all iterations together; 0: no limit
   const std::atomic<bool>* stop = nullptr;  // raised by another thread: the running iteration is given up
+  // When the clock starts (wall clock microseconds), for a search begun before its time counts (pondering on
+  // the opponent's time): while it holds 0, no time limit applies. Null: the clock starts with the search.
+  const std::atomic<int64_t>* clockStart = nullptr;
 };
 
 // One finished iteration, as the search reports it.
@@ -29,6 +31,9 @@ struct Iteration {
   int pvLength;
   int rootSide;  // side to move at the root (the variation's moves alternate from it)
 };
+
+// The side to move before the variation's move at `ply` (0 for the first).
+constexpr int SideAtPly(const Iteration& it, int ply) { return it.rootSide ^ (ply % 2 == 0 ? WHITE : BLACK); }
 
 // Implemented by each front end. Called between iterations, never inside the search.
 class IterationListener {

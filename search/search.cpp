@@ -46,7 +46,9 @@ bool abandoned = false;
 inline bool Abandoned() {
   if (--stopCountdown > 0) return abandoned;
   stopCountdown = STOP_CHECK_INTERVAL;
-  if ((stopRules.deadline != 0 && WallClockMicroseconds() > stopRules.deadline) ||
+  const int64_t clockStart = stopRules.clockStart ? stopRules.clockStart->load(std::memory_order_relaxed) : 0;
+  if ((clockStart != 0 && stopRules.abandonAfter != NO_TIME_LIMIT &&
+       WallClockMicroseconds() - clockStart > stopRules.abandonAfter) ||
       (stopRules.nodeLimit != 0 && nodes >= stopRules.nodeLimit) ||
       (stopRules.stop && stopRules.stop->load(std::memory_order_relaxed))) {
     abandoned = true;

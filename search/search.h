@@ -11,10 +11,15 @@ constexpr int MAX_SEARCH_DEPTH = 32;
 
 inline uint64_t nodes = 0;  // nodes of the current iteration
 
+constexpr int64_t NO_TIME_LIMIT = INT64_MAX;
+
 // When a running iteration is given up. The search looks at these only every few thousand nodes, where it
 // reads the clock, and then returns at once from every node without storing anything more.
 struct StopRules {
-  int64_t deadline = 0;                     // wall clock, microseconds (WallClockMicroseconds); 0: none
+  // Once the wall clock (WallClockMicroseconds) passes *clockStart + abandonAfter. The start is read each
+  // time, so another thread may set it late; while it holds 0 the clock has not started.
+  const std::atomic<int64_t>* clockStart = nullptr;
+  int64_t abandonAfter = NO_TIME_LIMIT;
   uint64_t nodeLimit = 0;                   // nodes of this iteration; 0: none
   const std::atomic<bool>* stop = nullptr;  // raised by another thread
 };

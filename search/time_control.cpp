@@ -10,7 +10,6 @@ namespace {
 
 constexpr int64_t EMERGENCY_STOP_MINIMUM = 10000000;  // microseconds
 
-// The larger the budget, the smaller the share of it after which no further iteration begins.
 int64_t IterationDivisor(int64_t budget) {
   if (budget < 15000000) return 4;
   if (budget < 30000000) return 6;
@@ -23,6 +22,8 @@ int64_t IterationDivisor(int64_t budget) {
 }
 
 }  // namespace
+
+int64_t IterationLimit(int64_t budget) { return budget / IterationDivisor(budget); }
 
 int64_t MovesToGo(int levelMoves, int ply) {
   const int64_t fullMoves = ply / 2;
@@ -40,7 +41,7 @@ TimeAllotment ComputeTimeAllotment(int64_t movesToGo, int64_t engineClock, int64
   } else {
     t.budget = E - E / movesToGo > O ? E - O : E / movesToGo;
   }
-  t.iterationLimit = t.budget / IterationDivisor(t.budget);
+  t.iterationLimit = IterationLimit(t.budget);
   return t;
 }
 

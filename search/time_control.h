@@ -19,6 +19,10 @@ struct TimeAllotment {
 // both clocks in microseconds.
 TimeAllotment ComputeTimeAllotment(int64_t movesToGo, int64_t engineClock, int64_t opponentClock, int side);
 
+// Microseconds of a budget after which no further iteration begins: the larger the budget, the smaller the
+// share of it (a quarter under 15 s, a twenty-fifth from 20 minutes on).
+int64_t IterationLimit(int64_t budget);
+
 // When a running iteration is abandoned, in microseconds from the start of the search: once four fifths of
 // the engine's clock are used, so that the engine does not lose on time, and in any case at ten times the
 // budget and no sooner than ten seconds, so that set-ups whose capture sequences explode cannot hang it.

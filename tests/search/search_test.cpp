@@ -49,7 +49,7 @@ struct Deepening : IterationListener {
     pv.clear();
     for (int i = 0; i < it.pvLength; ++i) {
       char text[MOVE_TEXT_SIZE];
-      MoveToText(text, it.pv[i], it.rootSide ^ (i % 2 ? BLACK : WHITE));
+      MoveToText(text, it.pv[i], SideAtPly(it, i));
       pv += std::string(text) + " ";
     }
   }

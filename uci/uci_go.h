@@ -1,0 +1,38 @@
+// uci/uci_go.h — the "go" command: what the interface asks for, and the search limits it gives.
+#pragma once
+#include <atomic>
+#include <cstdint>
+#include <string>
+
+#include "search/deepening.h"
+
+namespace vorlek::uci {
+
+struct GoRequest {
+  int64_t time[2] = {-1, -1};  // milliseconds left on the clocks of white and black; -1: not given
+  int64_t increment[2] = {0, 0};
+  int movesToGo = 0;  // 0: not given
+  int depth = 0;
+  uint64_t nodes = 0;
+  int mate = 0;
+  int64_t moveTime = -1;
+  bool infinite = false;
+  bool ponder = false;
+};
+
+// Reads the arguments of "go"; `ignored` collects what it does not use (searchmoves and their moves).
+GoRequest ParseGo(const std::string& arguments, std::string& ignored);
+
+// Whether the search is a move of a game under a clock (or a fixed time), where the book may answer,
+// rather than analysis.
+bool PlaysAGameMove(const GoRequest& request);
+
+// Whether the interface waits for "stop" (or "ponderhit") before it wants the best move.
+bool WaitsForStop(const GoRequest& request);
+
+// The limits of the search for the side to move at game ply `ply`: the engine's allotment from the clocks
+// (the moves to go reckoned as the engine does unless given), with the increment added, no iteration let
+// run the clock out; or a fixed time; or depth, nodes and mate limits alone.
+SearchLimits LimitsFor(const GoRequest& request, int side, int ply);
+
+}  // namespace vorlek::uci

@@ -1,0 +1,73 @@
+#include "uci/uci_position.h"
+
+#include <cctype>
+#include <sstream>
+#include <vector>
+
+#include "board/all_moves.h"
+#include "board/fen.h"
+#include "board/history.h"
+#include "board/notation.h"
+#include "board/position.h"
+
+namespace vorlek::uci {
+
+namespace {
+
+// The game before the command, kept while the new one is built.
+SavedGame before;
+
+// Makes one move in coordinate notation (promotion letter in either case); false when it is no legal move.
+bool PlayMove(const std::string& text) {
+  int from, to;
+  if (text.size() < 4 || text.size() > 5 || !ReadMoveSquares(text.c_str(), from, to)) return false;
+  const int promotion = ReadPromotionLetter(text.size() == 5 ? static_cast<char>(std::tolower(text[4])) : '\0');
+  if (promotion < 0) return false;
+  KeepRoomAboveHistory();
+  const Move move =
+      FindGeneratedMove(*current, ViewSquare(from, current->side), ViewSquare(to, current->side), promotion);
+  return move != MOVE_NONE && MakeMoveIfLegal(move);
+}
+
+}  // namespace
+
+bool SetPosition(const std::string& arguments, std::string& problem) {
+  std::istringstream in(arguments);
+  std::vector<std::string> words;
+  for (std::string word; in >> word;) words.push_back(word);
+
+  size_t next = 0;
+  Position start = InitialPosition();
+  if (next < words.size() && words[next] == "startpos") {
+    ++next;
+  } else if (next < words.size() && words[next] == "fen") {
+    std::string fen;
+    for (++next; next < words.size() && words[next] != "moves"; ++next) fen += (fen.empty() ? "" : " ") + words[next];
+    // The reader keeps 199 characters of its text.
+    if (fen.size() > 199 || !SetBoard(start, fen.c_str())) {
+      problem = "position refused: fen " + fen;
+      return false;
+    }
+  } else {
+    problem = "position needs startpos or fen: position " + arguments;
+    return false;
+  }
+  if (next < words.size() && words[next] != "moves") {
+    problem = "position: expected moves, found " + words[next];
+    return false;
+  }
+
+  SaveGame(before);
+  StartGame(start);
+  const size_t firstMove = next + 1;
+  for (next = firstMove; next < words.size(); ++next) {
+    if (!PlayMove(words[next])) {
+      problem = "illegal move " + words[next] + " (move " + std::to_string(next - firstMove + 1) + " of the list)";
+      RestoreGame(before);
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace vorlek::uci

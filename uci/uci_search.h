@@ -1,0 +1,42 @@
+// uci/uci_search.h — the engine's search on a thread of its own, so that the interface is answered while
+// it runs: its iterations as "info" lines, its move as "bestmove".
+#pragma once
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+#include "search/deepening.h"
+
+namespace vorlek::uci {
+
+class SearchThread {
+ public:
+  ~SearchThread() { Stop(); }
+
+  // Searches the current position within `limits`; when `holdBestMove`, the move is not sent before
+  // "stop" or "ponderhit", as the interface expects after "go infinite" and "go ponder". A search begun on
+  // the opponent's time (`pondering`) starts its clock at PonderHit.
+  void Start(SearchLimits limits, bool holdBestMove, bool pondering);
+
+  // Ends the running search, if any, and waits until its "bestmove" has been sent.
+  void Stop();
+
+  // The opponent played the move pondered on: the clock starts now, and the move is sent when found.
+  void PonderHit();
+
+  bool Running() const { return thread_.joinable(); }
+
+ private:
+  void Run(SearchLimits limits);
+
+  std::thread thread_;
+  std::atomic<bool> stop_{false};
+  std::atomic<int64_t> clockStart_{0};
+  std::atomic<bool> pondering_{false};
+  std::mutex mutex_;
+  std::condition_variable released_;
+  bool hold_ = false;
+};
+
+}  // namespace vorlek::uci
