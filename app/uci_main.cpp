@@ -1,12 +1,14 @@
 // vorlek-uci: the Vorlek engine under the UCI protocol.
 //   vorlek-uci          answers a UCI interface on standard input and output
-//   vorlek-uci bench    searches the bench positions and ends with "N nodes M nps"
+//   vorlek-uci bench [DEPTH]   searches the bench positions (default depth 7) and ends with "N nodes M nps"
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "search/bench.h"
 #include "search/hash_table.h"
 #include "uci/uci_loop.h"
 
@@ -24,9 +26,17 @@ std::string ExecutableFolder() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 2 && std::strcmp(argv[1], "bench") == 0) return vorlek::uci::RunUciBench(stdout);
+  if (argc > 1 && std::strcmp(argv[1], "bench") == 0) {
+    int depth = vorlek::DEFAULT_BENCH_DEPTH;
+    if (argc == 3) {
+      char* end;
+      const long d = std::strtol(argv[2], &end, 10);
+      depth = *end || d < 1 || d > vorlek::MAX_SEARCH_DEPTH ? 0 : static_cast<int>(d);
+    }
+    if (argc <= 3 && depth > 0) return vorlek::uci::RunUciBench(stdout, depth);
+  }
   if (argc > 1) {
-    std::fprintf(stderr, "usage: vorlek-uci [bench]\n");
+    std::fprintf(stderr, "usage: vorlek-uci [bench [DEPTH]]\n");
     return 2;
   }
   // The table is faulted in while the interface sets the engine up.

@@ -36,7 +36,8 @@ class Session {
   // Acts on one line; false on "quit".
   bool Execute(const std::string& line);
 
-  void End() { search_.Stop(); }
+  // The input has ended: a search that would end by itself still sends its move.
+  void End() { search_.Finish(); }
 
  private:
   void Uci();
@@ -154,6 +155,7 @@ bool Session::Execute(const std::string& line) {
   } else if (command == "ponderhit") {
     search_.PonderHit();
   } else if (command == "quit") {
+    search_.Stop();
     return false;
   } else if (command == "debug" || command == "register" || command.empty()) {
   } else {
@@ -192,11 +194,11 @@ int RunUci(FILE* in, FILE* out, const std::string& executableFolder) {
   return 0;
 }
 
-int RunUciBench(FILE* out) {
+int RunUciBench(FILE* out, int depth) {
   SetOutput(out);
   InitTables();
   Silent silent;
-  const BenchResult result = RunBench(BenchPositions(), DEFAULT_BENCH_DEPTH, silent);
+  const BenchResult result = RunBench(BenchPositions(), depth, silent);
   Send("%llu nodes %llu nps", static_cast<unsigned long long>(result.nodes),
        static_cast<unsigned long long>(result.seconds > 0 ? result.nodes / result.seconds : 0));
   return 0;

@@ -11,8 +11,8 @@ namespace vorlek::uci {
 // where the default book is looked for after the working folder. Returns the exit status, 0.
 int RunUci(FILE* in, FILE* out, const std::string& executableFolder);
 
-// The bench under UCI, as testing frameworks run it ("vorlek-uci bench"): the built-in positions at the
-// default depth, ending with the line "N nodes M nps". Returns the exit status.
-int RunUciBench(FILE* out);
+// The bench under UCI, as testing frameworks run it ("vorlek-uci bench"): the built-in positions, ending
+// with the line "N nodes M nps". Returns the exit status.
+int RunUciBench(FILE* out, int depth);
 
 }  // namespace vorlek::uci

@@ -81,6 +81,17 @@ void SearchThread::Stop() {
   thread_.join();
 }
 
+void SearchThread::Finish() {
+  if (!thread_.joinable()) return;
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (hold_) stop_ = true;
+    hold_ = false;
+  }
+  released_.notify_all();
+  thread_.join();
+}
+
 void SearchThread::PonderHit() {
   if (!pondering_) return;
   pondering_ = false;

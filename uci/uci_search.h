@@ -22,6 +22,9 @@ class SearchThread {
   // Ends the running search, if any, and waits until its "bestmove" has been sent.
   void Stop();
 
+  // Waits for the running search to send its move; one that waits for "stop" is stopped.
+  void Finish();
+
   // The opponent played the move pondered on: the clock starts now, and the move is sent when found.
   void PonderHit();
 

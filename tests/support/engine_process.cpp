@@ -47,7 +47,22 @@ bool ReadUntil(int fd, pid_t pid, EngineRun& run, size_t prompts = SIZE_MAX) {
   }
 }
 
-void Finish(pid_t pid, const TemporaryDirectory& dir, EngineRun& run) {
+// Appends what one read of `fd` gives to run.output; nothing when the program has ended or hung (then it is
+// killed).
+void ReadSome(int fd, pid_t pid, EngineRun& run) {
+  pollfd ready = {fd, POLLIN, 0};
+  if (poll(&ready, 1, SILENCE_LIMIT_MS) == 0) {
+    kill(pid, SIGKILL);
+    return;
+  }
+  char buffer[4096];
+  ssize_t n;
+  while ((n = read(fd, buffer, sizeof buffer)) < 0 && errno == EINTR) {
+  }
+  if (n > 0) run.output.append(buffer, static_cast<size_t>(n));
+}
+
+void Collect(pid_t pid, const TemporaryDirectory& dir, EngineRun& run) {
   int status = 0;
   waitpid(pid, &status, 0);
   run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -85,12 +100,10 @@ void ExpectCleanExit(const EngineRun& run) {
   EXPECT_EQ(run.errors.find("Sanitizer"), std::string::npos) << run.errors;
 }
 
-EngineRun RunWithInput(const std::string& input, const std::optional<std::string>& book) {
-  // The input is written whole before any output is read, so it must fit the pipe's buffer.
-  if (input.size() > 65536) throw std::runtime_error("input larger than a pipe's buffer");
-  signal(SIGPIPE, SIG_IGN);  // an engine that has ended early makes the write fail instead
-  TemporaryDirectory dir;
-  if (book) dir.WriteFile("Aperture.txt", *book);
+EngineSession::EngineSession(const std::string& binary, const std::vector<std::string>& arguments,
+                             const std::optional<std::string>& book) {
+  signal(SIGPIPE, SIG_IGN);  // a program that has ended early makes a write fail instead
+  if (book) dir_.WriteFile("Aperture.txt", *book);
   int toEngine[2], fromEngine[2];
   if (pipe2(toEngine, O_CLOEXEC) != 0 || pipe2(fromEngine, O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
   // Spawned rather than forked: a copy of a sanitizer-sized test process would cost more than the run.
@@ -98,23 +111,69 @@ EngineRun RunWithInput(const std::string& input, const std::optional<std::string
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, toEngine[0], STDIN_FILENO);
   posix_spawn_file_actions_adddup2(&actions, fromEngine[1], STDOUT_FILENO);
-  posix_spawn_file_actions_addchdir_np(&actions, dir.Path().c_str());
+  posix_spawn_file_actions_addchdir_np(&actions, dir_.Path().c_str());
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "standard-error", O_WRONLY | O_CREAT | O_TRUNC, 0600);
-  char name[] = "vorlek";
-  char* const argv[] = {name, nullptr};
-  pid_t pid;
-  const int spawned = posix_spawn(&pid, VORLEK_BINARY, &actions, nullptr, argv, environ);
+  std::vector<std::string> words = {binary.substr(binary.rfind('/') + 1)};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  const int spawned = posix_spawn(&pid_, binary.c_str(), &actions, nullptr, argv.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
   if (spawned != 0) throw std::runtime_error("posix_spawn failed");
   close(toEngine[0]);
   close(fromEngine[1]);
-  if (write(toEngine[1], input.data(), input.size()) < 0 && errno != EPIPE) throw std::runtime_error("write failed");
-  close(toEngine[1]);
+  toProgram_ = toEngine[1];
+  fromProgram_ = fromEngine[0];
+}
+
+EngineSession::~EngineSession() {
+  if (!ended_) Finish();
+}
+
+void EngineSession::Send(const std::string& text) {
+  if (write(toProgram_, text.data(), text.size()) < 0 && errno != EPIPE) throw std::runtime_error("write failed");
+}
+
+std::string EngineSession::ReadUntilLine(const std::string& prefix) {
   EngineRun run;
-  ReadUntil(fromEngine[0], pid, run);
-  close(fromEngine[0]);
-  Finish(pid, dir, run);
+  run.output = pending_;
+  for (;;) {
+    for (size_t line = 0; line < run.output.size();) {
+      const size_t end = run.output.find('\n', line);
+      if (end == std::string::npos) break;
+      if (run.output.compare(line, prefix.size(), prefix) == 0) {
+        pending_ = run.output.substr(end + 1);
+        return run.output.substr(0, end + 1);
+      }
+      line = end + 1;
+    }
+    const size_t before = run.output.size();
+    ReadSome(fromProgram_, pid_, run);
+    if (run.output.size() == before) break;  // the program ended, or hung and was killed
+  }
+  pending_.clear();
+  return run.output;
+}
+
+EngineRun EngineSession::Finish() {
+  EngineRun run;
+  run.output = pending_;
+  pending_.clear();
+  close(toProgram_);
+  ReadUntil(fromProgram_, pid_, run);
+  close(fromProgram_);
+  Collect(pid_, dir_, run);
+  ended_ = true;
   return run;
+}
+
+EngineRun RunWithInput(const std::string& input, const std::optional<std::string>& book) {
+  // The input is written whole before any output is read, so it must fit the pipe's buffer.
+  if (input.size() > 65536) throw std::runtime_error("input larger than a pipe's buffer");
+  EngineSession engine(VORLEK_BINARY, {}, book);
+  engine.Send(input);
+  return engine.Finish();
 }
 
 EngineRun RunOnTerminal(const std::string& keys, const std::optional<std::string>& book) {
@@ -143,7 +202,7 @@ EngineRun RunOnTerminal(const std::string& keys, const std::optional<std::string
   }
   if (open) ReadUntil(terminal, pid, run);
   close(terminal);
-  Finish(pid, dir, run);
+  Collect(pid, dir, run);
   return run;
 }
 

@@ -1,8 +1,11 @@
 // tests/support/engine_process.h — runs the real engine binary in a fresh working directory, fed
 // through a pipe (xboard mode) or typed at a pseudo-terminal (console mode), and collects what it did.
 #pragma once
+#include <sys/types.h>
+
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace vorlek::test {
 
@@ -32,6 +35,31 @@ void ExpectCleanExit(const EngineRun& run);
 
 inline const std::string SMALL_BOOK = "e2e4 e7e5\n";  // the tests' book unless they say otherwise
 inline const std::string HANDSHAKE = "xboard\nprotover 2\n";
+
+// A program of the project started on pipes in a new working directory holding "Aperture.txt" with
+// `book` (none when nullopt), for sessions that talk back and forth.
+class EngineSession {
+ public:
+  EngineSession(const std::string& binary, const std::vector<std::string>& arguments,
+                const std::optional<std::string>& book = SMALL_BOOK);
+  ~EngineSession();
+  EngineSession(const EngineSession&) = delete;
+  EngineSession& operator=(const EngineSession&) = delete;
+
+  void Send(const std::string& text);
+  // Reads until a whole line beginning with `prefix` has arrived (or the program ends, or hangs and is
+  // killed); returns what was read since the last call.
+  std::string ReadUntilLine(const std::string& prefix);
+  // Closes the program's input and waits for its end; the output not yet returned is in the run.
+  EngineRun Finish();
+
+ private:
+  TemporaryDirectory dir_;
+  pid_t pid_ = -1;
+  int toProgram_ = -1, fromProgram_ = -1;
+  std::string pending_;  // read but not yet returned
+  bool ended_ = false;
+};
 
 // Runs the engine with `input` as its whole standard input (a pipe, so xboard mode), in a new working
 // directory holding "Aperture.txt" with `book`, or no book file at all when `book` is nullopt.

@@ -1,0 +1,244 @@
+// vorlek-uci as a UCI interface drives it: the real program on pipes, its replies byte for byte, the
+// position command against set-up positions, fixed-depth searches against the bench, and a search that is
+// answered, stopped and quit while it runs.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/engine_process.h"
+
+namespace vorlek::test {
+namespace {
+
+const std::string UCI_REPLY =
+    "id name Vorlek\n"
+    "id author the Vorlek developers\n"
+    "option name OwnBook type check default true\n"
+    "option name BookFile type string default Aperture.txt\n"
+    "uciok\n";
+
+// A whole session: the commands, then the end of the input, at which a search that ends by itself still
+// sends its move.
+std::string Session(const std::string& commands, const std::optional<std::string>& book = SMALL_BOOK) {
+  EngineSession engine(VORLEK_UCI_BINARY, {}, book);
+  engine.Send(commands);
+  const EngineRun run = engine.Finish();
+  ExpectCleanExit(run);
+  return run.output;
+}
+
+struct Info {
+  int depth = 0;
+  std::string score;  // "cp 20", "mate 1"
+  unsigned long long nodes = 0;
+  std::string pv;
+};
+
+// The "info depth" lines of an output, without the time and the speed.
+std::vector<Info> Infos(const std::string& output) {
+  std::vector<Info> infos;
+  std::istringstream lines(output);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.rfind("info depth ", 0) != 0) continue;
+    std::istringstream words(line);
+    Info info;
+    std::string word, kind, value;
+    while (words >> word) {
+      if (word == "depth") words >> info.depth;
+      if (word == "score") {
+        words >> kind >> value;
+        info.score = kind + " " + value;
+      }
+      if (word == "nodes") words >> info.nodes;
+      if (word == "pv") std::getline(words >> std::ws, info.pv);
+    }
+    infos.push_back(info);
+  }
+  return infos;
+}
+
+std::string BestMove(const std::string& output) {
+  const size_t at = output.rfind("bestmove ");
+  return at == std::string::npos ? "" : output.substr(at, output.find('\n', at) - at);
+}
+
+TEST(Uci, AnswersTheHandshakeAndReadiness) {
+  EXPECT_EQ(Session("uci\nisready\n"), UCI_REPLY + "info string book Aperture.txt: 2 positions\nreadyok\n");
+}
+
+TEST(Uci, IgnoresDebugAndRegisterAndNamesUnknownCommands) {
+  EXPECT_EQ(Session("debug on\nregister later\nxyzzy 1\n\nisready\n"),
+            "info string unknown command: xyzzy 1\ninfo string book Aperture.txt: 2 positions\nreadyok\n");
+}
+
+TEST(Uci, PlaysWithoutABookItCannotLoad) {
+  const std::string output =
+      Session("setoption name BookFile value missing.txt\nisready\ngo wtime 1000 btime 1000\n", std::nullopt);
+  EXPECT_NE(output.find("info string no book: cannot open missing.txt"), std::string::npos) << output;
+  EXPECT_NE(BestMove(output), "") << output;
+}
+
+TEST(Uci, PlaysABookMoveUnderAClockButNotInAnalysis) {
+  EXPECT_EQ(BestMove(Session("position startpos\ngo wtime 60000 btime 60000\n")), "bestmove e2e4");
+  const std::string analysis = Session("position startpos\ngo depth 2\n");
+  EXPECT_EQ(analysis.find("book move"), std::string::npos) << analysis;
+  EXPECT_EQ(Infos(analysis).size(), 2u) << analysis;
+}
+
+// The same search from two position commands that must give the same game (with the same history where it
+// counts); the second may be a refusal that leaves the first in place.
+struct PositionCase {
+  const char* name;
+  std::string position;   // played first, then "go depth 3"
+  std::string same;       // the same position, another way
+  std::string said = "";  // an "info string" the first must print
+};
+std::ostream& operator<<(std::ostream& out, const PositionCase& c) { return out << c.name; }
+
+class Position : public ::testing::TestWithParam<PositionCase> {};
+
+TEST_P(Position, GivesTheSameSearchAsItsSetUp) {
+  const std::string output = Session("ucinewgame\n" + GetParam().position + "\ngo depth 3\n");
+  const std::string expected = Session("ucinewgame\n" + GetParam().same + "\ngo depth 3\n");
+  EXPECT_NE(output.find(GetParam().said), std::string::npos) << output;
+  const std::vector<Info> got = Infos(output), want = Infos(expected);
+  ASSERT_EQ(got.size(), want.size()) << output << expected;
+  for (size_t i = 0; i < got.size(); ++i) {
+    EXPECT_EQ(got[i].score, want[i].score) << i;
+    EXPECT_EQ(got[i].nodes, want[i].nodes) << i;
+    EXPECT_EQ(got[i].pv, want[i].pv) << i;
+  }
+  EXPECT_EQ(BestMove(output), BestMove(expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Moves, Position,
+    ::testing::Values(
+        PositionCase{"Castling", "position startpos moves e2e4 e7e5 g1f3 b8c6 f1c4 g8f6 e1g1",
+                     "position fen r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQ1RK1 b kq - 5 4"},
+        PositionCase{"EnPassant", "position startpos moves e2e4 a7a6 e4e5 d7d5 e5d6",
+                     "position fen rnbqkbnr/1pp1pppp/p2P4/8/8/8/PPPP1PPP/RNBQKBNR b KQkq - 0 3"},
+        PositionCase{"Promotions", "position fen 4k3/1P6/8/8/8/8/6p1/4K3 w - - 0 1 moves b7b8n g2g1q",
+                     "position fen 1N2k3/8/8/8/8/8/8/4K1q1 w - - 0 2"},
+        PositionCase{"UpperCasePromotionLetter", "position fen 4k3/1P6/8/8/8/8/8/4K3 w - - 0 1 moves b7b8Q",
+                     "position fen 1Q2k3/8/8/8/8/8/8/4K3 b - - 0 1"},
+        PositionCase{"IllegalMoveChangesNothing",
+                     "position startpos moves e2e4\nposition startpos moves e2e4 e7e5 e1e3",
+                     "position startpos moves e2e4", "info string illegal move e1e3 (move 3 of the list)"},
+        PositionCase{"MoveIntoCheckChangesNothing",
+                     "position startpos moves e2e4 e7e5\nposition startpos moves e2e4 f7f6 d1h5 a7a6",
+                     "position startpos moves e2e4 e7e5", "info string illegal move a7a6 (move 4 of the list)"},
+        PositionCase{"RefusedFenChangesNothing",
+                     "position startpos moves d2d4\nposition fen 4k3/8/8/8/8/8/8/R3K3 w - - 101 60",
+                     "position startpos moves d2d4", "info string position refused: fen 4k3/8/8/8/8/8/8/R3K3"}),
+    [](const auto& info) { return info.param.name; });
+
+// The third occurrence of a position, built from the moves of one command, scores 0 at once.
+TEST(Uci, RepetitionAcrossTheGamesMoves) {
+  const std::string output = Session("position startpos moves g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8\ngo depth 2\n");
+  const std::vector<Info> infos = Infos(output);
+  ASSERT_EQ(infos.size(), 2u) << output;
+  EXPECT_EQ(infos[0].score, "cp 0");
+  EXPECT_EQ(infos[0].nodes, 1u);
+  EXPECT_EQ(infos[1].nodes, 2u);  // every iteration one node more (nodes count the whole search)
+}
+
+// "go depth N" after a new game is the bench's search: its iterations, nodes (the bench counts each
+// iteration, UCI the search so far), scores and variations.
+TEST(Uci, FixedDepthSearchIsTheBenchs) {
+  const std::string fen = "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10";
+  const std::vector<Info> uci = Infos(Session("ucinewgame\nposition fen " + fen + "\ngo depth 5\n"));
+  TemporaryDirectory dir;
+  dir.WriteFile("fens.txt", fen + "\n");
+  FILE* bench = popen(("'" VORLEK_BENCH_BINARY "' 5 '" + dir.Path() + "/fens.txt' 2>/dev/null").c_str(), "r");
+  ASSERT_NE(bench, nullptr);
+  unsigned long long total = 0;
+  for (size_t i = 0;; ++i) {
+    int depth, score;
+    unsigned long long nodes;
+    char pv[512] = "";
+    if (std::fscanf(bench, "%d %d %llu%511[^\n]\n", &depth, &score, &nodes, pv) < 3) break;
+    ASSERT_LT(i, uci.size());
+    total += nodes;
+    EXPECT_EQ(uci[i].depth, depth);
+    EXPECT_EQ(uci[i].score, "cp " + std::to_string(score));
+    EXPECT_EQ(uci[i].nodes, total);
+    EXPECT_EQ(" " + uci[i].pv, std::string(pv));
+  }
+  pclose(bench);
+  EXPECT_EQ(uci.size(), 5u);
+}
+
+TEST(Uci, MateIsShownAsAMate) {
+  const std::string mating = Session("position fen 6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1\ngo depth 4\n");
+  EXPECT_EQ(Infos(mating).back().score, "mate 1") << mating;
+  EXPECT_EQ(BestMove(mating), "bestmove d1d8");
+  const std::string mated = Session("position fen 6k1/5ppp/8/8/8/8/5PPP/3r2K1 w - - 0 1\ngo depth 4\n");
+  EXPECT_EQ(BestMove(mated), "bestmove 0000") << mated;
+  const std::string later = Session("position fen 8/8/8/8/8/1k6/3q4/K7 w - - 0 1\ngo depth 4\n");
+  EXPECT_EQ(Infos(later).back().score, "mate -1") << later;
+}
+
+// While "go infinite" runs: "isready" is answered, and "stop" brings a legal move.
+TEST(Uci, AnswersWhileItSearchesAndStops) {
+  EngineSession engine(VORLEK_UCI_BINARY, {});
+  engine.Send("position startpos moves e2e4\ngo infinite\n");
+  engine.ReadUntilLine("info depth 3 ");
+  engine.Send("isready\n");
+  const std::string untilReady = engine.ReadUntilLine("readyok");
+  EXPECT_EQ(untilReady.find("bestmove"), std::string::npos) << untilReady;
+  engine.Send("stop\n");
+  const std::string best = BestMove(engine.ReadUntilLine("bestmove"));
+  ASSERT_NE(best, "");
+  engine.Send("position startpos moves e2e4 " + best.substr(9, best.find(' ', 9) - 9) + "\nisready\n");
+  const std::string check = engine.ReadUntilLine("readyok");
+  EXPECT_EQ(check.find("illegal"), std::string::npos) << best << "\n" << check;
+  ExpectCleanExit(engine.Finish());
+}
+
+// "stop" right after "go", before the first iteration has ended, still brings a legal move.
+TEST(Uci, StoppedAtOnceStillGivesALegalMove) {
+  EngineSession engine(VORLEK_UCI_BINARY, {});
+  engine.Send(
+      "position fen r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10\n"
+      "go infinite\nstop\n");
+  const std::string best = BestMove(engine.ReadUntilLine("bestmove"));
+  ASSERT_NE(best, "");
+  engine.Send("position fen r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10 moves " +
+              best.substr(9, 4) + "\nisready\n");
+  EXPECT_EQ(engine.ReadUntilLine("readyok").find("illegal"), std::string::npos) << best;
+  ExpectCleanExit(engine.Finish());
+}
+
+TEST(Uci, PonderHitTurnsThePonderingIntoTheMove) {
+  EngineSession engine(VORLEK_UCI_BINARY, {});
+  engine.Send("position startpos moves d2d4 d7d5\ngo ponder wtime 2000 btime 2000\n");
+  engine.ReadUntilLine("info depth 2 ");
+  engine.Send("isready\n");
+  EXPECT_EQ(engine.ReadUntilLine("readyok").find("bestmove"), std::string::npos);
+  engine.Send("ponderhit\n");
+  EXPECT_NE(BestMove(engine.ReadUntilLine("bestmove")), "");
+  ExpectCleanExit(engine.Finish());
+}
+
+TEST(Uci, QuitEndsASearch) {
+  EngineSession engine(VORLEK_UCI_BINARY, {});
+  engine.Send("go infinite\n");
+  engine.ReadUntilLine("info depth 2 ");
+  engine.Send("quit\n");
+  ExpectCleanExit(engine.Finish());
+}
+
+TEST(Uci, BenchEndsWithNodesAndSpeed) {
+  EngineSession engine(VORLEK_UCI_BINARY, {"bench", "5"});
+  const EngineRun run = engine.Finish();
+  ExpectCleanExit(run);
+  EXPECT_EQ(run.output.rfind("4556387 nodes ", 0), 0u) << run.output;
+  EXPECT_EQ(run.output.substr(run.output.size() - 5), " nps\n") << run.output;
+}
+
+}  // namespace
+}  // namespace vorlek::test
