@@ -76,8 +76,16 @@ void ClearHashTable() {
 }
 
 void PrefaultHashTable() {
-  // Linux 5.14 and later fault the pages in writable without touching their contents.
-  if (madvise(&HashTable, sizeof HashTable, MADV_POPULATE_WRITE) == 0) return;
+  // Linux 5.14 and later fault the pages in writable without touching their contents. A call holds the
+  // process's memory map while it works, so it is made one huge page at a time: another thread that maps
+  // memory (a new thread's stack, a growing heap) waits for one page at most.
+  constexpr size_t CHUNK = size_t{1} << 21;
+  char* const table = reinterpret_cast<char*>(&HashTable);
+  bool populated = true;
+  for (size_t offset = 0; offset < sizeof HashTable && populated; offset += CHUNK) {
+    populated = madvise(table + offset, CHUNK, MADV_POPULATE_WRITE) == 0;
+  }
+  if (populated) return;
   // Elsewhere one key per page is touched by an atomic addition of zero: it writes no entry, even while a
   // search stores into the table on another thread (the table's keys are only read and written atomically).
   constexpr size_t ENTRIES_PER_PAGE = 4096 / sizeof(HashEntry);

@@ -38,7 +38,7 @@ inline bool LeafStandsPat(const Position& p, const ChildValueBasis& basis, Move 
 }
 
 // The stop rules are looked at once every STOP_CHECK_INTERVAL nodes.
-constexpr int STOP_CHECK_INTERVAL = 1 << 14;
+constexpr int STOP_CHECK_INTERVAL = 1 << 12;
 int stopCountdown = STOP_CHECK_INTERVAL;
 StopRules stopRules;
 bool abandoned = false;
