@@ -4,13 +4,16 @@
 # draws, losses and score, time forfeits, illegal moves, and every error line an engine wrote
 # or xboard reported in its debug log.
 #
-#   tools/match.sh [-n GAMES] [-t MINUTES] [-m MOVES] [-o OUTDIR] [-e 'OPPONENT CMD']
-#                  [-v VORLEK_CMD] [-b BOOK] [-w SECONDS]
+#   tools/match.sh [-n GAMES] [-t MINUTES] [-m MOVES] [-i SECONDS] [-s SECONDS] [-u] [-o OUTDIR]
+#                  [-e 'OPPONENT CMD'] [-v VORLEK_CMD] [-b BOOK] [-w SECONDS]
 #   tools/match.sh -r -o OUTDIR [-n GAMES]
 #
 #   -n  games, colours alternating, Vorlek White in the first (default 2)
 #   -t  minutes per time control, xboard's MIN[:SEC] form (default 1)
-#   -m  moves per time control (default 40)
+#   -m  moves per time control (default 40; 0 for the whole game)
+#   -i  increment in seconds per move, fractions allowed (default none)
+#   -s  a fixed time per move in seconds instead of a control (default none)
+#   -u  play vorlek-uci, through polyglot as xboard runs UCI engines (default: vorlek)
 #   -o  output folder for the PGN, the debug log and the engines' folders (default: new temp folder)
 #   -e  opponent command line (default fairymax)
 #   -v  Vorlek command line, e.g. an installed launcher (default: a copy of build/release/vorlek,
@@ -30,7 +33,7 @@
 set -u
 
 usage() {
-  sed -n '7,20p' "$0" | sed 's/^# \{0,1\}//' >&2
+  sed -n '7,24p' "$0" | sed 's/^# \{0,1\}//' >&2
   exit 2
 }
 
@@ -45,11 +48,17 @@ book="$repo/Aperture.txt"
 limit=""
 reportOnly=0
 gamesGiven=0
-while getopts "n:t:m:o:e:v:b:w:rh" opt; do
+increment=""
+moveTime=""
+uci=0
+while getopts "n:t:m:i:s:uo:e:v:b:w:rh" opt; do
   case "$opt" in
     n) games="$OPTARG"; gamesGiven=1 ;;
     t) minutes="$OPTARG" ;;
     m) moves="$OPTARG" ;;
+    i) increment="$OPTARG" ;;
+    s) moveTime="$OPTARG" ;;
+    u) uci=1 ;;
     o) outdir="$OPTARG" ;;
     e) opponent="$OPTARG" ;;
     v) vorlek="$OPTARG" ;;
@@ -64,6 +73,8 @@ done
 [[ "$moves" =~ ^[0-9]+$ ]] || { echo "match: -m wants a number of moves" >&2; exit 2; }
 [[ "$minutes" =~ ^[0-9]+(:[0-5][0-9])?$ ]] || { echo "match: -t wants MIN or MIN:SEC" >&2; exit 2; }
 [ -z "$limit" ] || [[ "$limit" =~ ^[1-9][0-9]*$ ]] || { echo "match: -w wants seconds" >&2; exit 2; }
+[ -z "$increment" ] || [[ "$increment" =~ ^[0-9]+(\.[0-9]+)?$ ]] || { echo "match: -i wants seconds" >&2; exit 2; }
+[ -z "$moveTime" ] || [[ "$moveTime" =~ ^[1-9][0-9]*$ ]] || { echo "match: -s wants whole seconds" >&2; exit 2; }
 if [ "$reportOnly" -eq 1 ] && [ ! -d "$outdir" ]; then
   echo "match: -r wants the folder of a match, -o OUTDIR" >&2
   exit 2
@@ -88,6 +99,7 @@ CheckPrograms() {
   need xvfb-run xvfb
   need Xvfb xvfb
   need xauth xauth
+  [ "$uci" -eq 0 ] || need polyglot polyglot
   read -r -a opponentWords <<<"$opponent"
   [ ${#opponentWords[@]} -gt 0 ] || { echo "match: -e wants a command" >&2; exit 2; }
   if [ "$opponent" = "fairymax" ]; then
@@ -97,7 +109,7 @@ CheckPrograms() {
   fi
   if [ ${#missing[@]} -gt 0 ]; then
     echo "match: missing: $(printf '%s\n' "${missing[@]}" | sort -u | tr '\n' ' ')" >&2
-    echo "match: install them first, e.g. apt-get install -y xboard xvfb xauth fairymax" >&2
+    echo "match: install them first, e.g. apt-get install -y xboard xvfb xauth fairymax polyglot" >&2
     exit 3
   fi
   [ -r "$book" ] || { echo "match: no book at $book" >&2; exit 2; }
@@ -109,12 +121,14 @@ PlayMatch() {
   mkdir -p "$outdir/vorlek" "$outdir/opponent" "$outdir/data" "$outdir/home"
   cp "$book" "$outdir/vorlek/Aperture.txt" || exit 2
   if [ -z "$vorlek" ]; then
-    if [ ! -x "$repo/build/release/vorlek" ]; then
+    program=vorlek
+    [ "$uci" -eq 0 ] || program=vorlek-uci
+    if [ ! -x "$repo/build/release/$program" ]; then
       echo "match: build the engine first (cmake --workflow --preset test), or give -v" >&2
       exit 2
     fi
-    cp "$repo/build/release/vorlek" "$outdir/vorlek/vorlek-engine" || exit 2
-    vorlek="$outdir/vorlek/vorlek-engine"
+    cp "$repo/build/release/$program" "$outdir/vorlek/$program-engine" || exit 2
+    vorlek="$outdir/vorlek/$program-engine"
   fi
 
   # Overall limit: a game may run to 200 moves, each side using every control it reaches.
@@ -123,17 +137,26 @@ PlayMatch() {
     [[ "$minutes" == *:* ]] && controlSeconds=$((controlSeconds + 10#${minutes##*:}))
     perControl=$([ "$moves" -gt 0 ] && echo "$moves" || echo 200)
     controls=$(((200 + perControl - 1) / perControl))
-    limit=$((games * (2 * controls * controlSeconds + 60) + 60))
+    perGame=$((2 * controls * controlSeconds))
+    # 400 moves a game at most: each may add the increment, or take the fixed time.
+    [ -z "$increment" ] || perGame=$((perGame + 400 * ${increment%%.*} + 400))
+    [ -z "$moveTime" ] || perGame=$((400 * moveTime))
+    limit=$((games * (perGame + 60) + 60))
   fi
 
-  echo "match: $games games, $moves moves in $minutes min, Vorlek: $vorlek, opponent: $opponent"
+  control=(-tc "$minutes" -mps "$moves")
+  [ -z "$increment" ] || control+=(-inc "$increment")
+  [ -z "$moveTime" ] || control=(-st "$moveTime")
+  uciFlag=()
+  [ "$uci" -eq 0 ] || uciFlag=(-fUCI)
+  echo "match: $games games, ${control[*]}, Vorlek: $vorlek$([ "$uci" -eq 1 ] && echo ' (UCI, through polyglot)'), opponent: $opponent"
   echo "match: output in $outdir (limit ${limit}s)"
 
   export HOME="$outdir/home" XDG_DATA_HOME="$outdir/data"
   # Its own session, so that xboard, the X server and both engines can be stopped together.
   setsid xvfb-run -a -n $((100 + RANDOM % 400)) -s "-screen 0 1024x768x24" \
-    xboard -noGUI -mg "$games" -tc "$minutes" -mps "$moves" \
-    -fcp "$vorlek" -fd "$outdir/vorlek" -scp "$opponent" -sd "$outdir/opponent" \
+    xboard -noGUI -mg "$games" "${control[@]}" \
+    -fcp "$vorlek" "${uciFlag[@]}" -fd "$outdir/vorlek" -scp "$opponent" -sd "$outdir/opponent" \
     -sgf "$pgn" -debug -debugfile "$debug" -autoCallFlag true -xponder \
     -saveSettingsOnExit false -autoInstall "" -soundProgram "" >"$console" 2>&1 </dev/null &
   session=$!
