@@ -12,7 +12,7 @@
 #   -t  minutes per time control, xboard's MIN[:SEC] form (default 1)
 #   -m  moves per time control (default 40; 0 for the whole game)
 #   -i  increment in seconds per move, fractions allowed (default none)
-#   -s  a fixed time per move in seconds instead of a control (default none)
+#   -s  a fixed time per move instead of a control, MIN[:SEC] as for -t (default none)
 #   -u  play vorlek-uci, through polyglot as xboard runs UCI engines (default: vorlek)
 #   -o  output folder for the PGN, the debug log and the engines' folders (default: new temp folder)
 #   -e  opponent command line (default fairymax)
@@ -74,7 +74,7 @@ done
 [[ "$minutes" =~ ^[0-9]+(:[0-5][0-9])?$ ]] || { echo "match: -t wants MIN or MIN:SEC" >&2; exit 2; }
 [ -z "$limit" ] || [[ "$limit" =~ ^[1-9][0-9]*$ ]] || { echo "match: -w wants seconds" >&2; exit 2; }
 [ -z "$increment" ] || [[ "$increment" =~ ^[0-9]+(\.[0-9]+)?$ ]] || { echo "match: -i wants seconds" >&2; exit 2; }
-[ -z "$moveTime" ] || [[ "$moveTime" =~ ^[1-9][0-9]*$ ]] || { echo "match: -s wants whole seconds" >&2; exit 2; }
+[ -z "$moveTime" ] || [[ "$moveTime" =~ ^[0-9]+(:[0-5][0-9])?$ ]] || { echo "match: -s wants MIN or MIN:SEC" >&2; exit 2; }
 if [ "$reportOnly" -eq 1 ] && [ ! -d "$outdir" ]; then
   echo "match: -r wants the folder of a match, -o OUTDIR" >&2
   exit 2
@@ -140,7 +140,11 @@ PlayMatch() {
     perGame=$((2 * controls * controlSeconds))
     # 400 moves a game at most: each may add the increment, or take the fixed time.
     [ -z "$increment" ] || perGame=$((perGame + 400 * ${increment%%.*} + 400))
-    [ -z "$moveTime" ] || perGame=$((400 * moveTime))
+    if [ -n "$moveTime" ]; then
+      moveSeconds=$((10#${moveTime%%:*} * 60))
+      [[ "$moveTime" == *:* ]] && moveSeconds=$((moveSeconds + 10#${moveTime##*:}))
+      perGame=$((400 * moveSeconds))
+    fi
     limit=$((games * (perGame + 60) + 60))
   fi
 
