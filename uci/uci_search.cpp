@@ -28,7 +28,7 @@ class InfoOutput : public IterationListener {
  public:
   void Finished(const Iteration& it) override {
     nodes_ += it.nodes;
-    std::string line;
+    std::string line = it.pvLength > 0 ? " pv" : "";
     for (int i = 0; i < it.pvLength; ++i) {
       char text[MOVE_TEXT_SIZE];
       MoveToPlainText(text, it.pv[i], SideAtPly(it, i));
@@ -36,8 +36,8 @@ class InfoOutput : public IterationListener {
     }
     const long long ms = it.elapsed / 1000;
     const unsigned long long nps = it.elapsed > 0 ? nodes_ * 1000000 / static_cast<uint64_t>(it.elapsed) : 0;
-    Send("info depth %d score %s time %lld nodes %llu nps %llu pv%s", it.depth, ScoreText(it.score, it.depth).c_str(),
-         ms, static_cast<unsigned long long>(nodes_), nps, line.c_str());
+    Send("info depth %d score %s time %lld nodes %llu nps %llu%s", it.depth, ScoreText(it.score, it.depth).c_str(), ms,
+         static_cast<unsigned long long>(nodes_), nps, line.c_str());
     pvLength_ = it.pvLength;
     for (int i = 0; i < it.pvLength; ++i) pv_[i] = it.pv[i];
   }

@@ -136,14 +136,20 @@ INSTANTIATE_TEST_SUITE_P(
                      "position startpos moves d2d4", "info string position refused: fen 4k3/8/8/8/8/8/8/R3K3"}),
     [](const auto& info) { return info.param.name; });
 
-// The third occurrence of a position, built from the moves of one command, scores 0 at once.
-TEST(Uci, RepetitionAcrossTheGamesMoves) {
-  const std::string output = Session("position startpos moves g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8\ngo depth 2\n");
-  const std::vector<Info> infos = Infos(output);
-  ASSERT_EQ(infos.size(), 2u) << output;
-  EXPECT_EQ(infos[0].score, "cp 0");
-  EXPECT_EQ(infos[0].nodes, 1u);
-  EXPECT_EQ(infos[1].nodes, 2u);  // every iteration one node more (nodes count the whole search)
+// A game of any length: 1000 plies of knights going out and back, whose last position stands on the board
+// for the 250th time: a repetition, scored 0 at once (every iteration one node more, as nodes count the whole
+// search); one pawn move later the game goes on.
+TEST(Uci, RepetitionInALongGame) {
+  std::string moves;
+  for (int i = 0; i < 250; ++i) moves += " g1f3 g8f6 f3g1 f6g8";
+  const std::vector<Info> repeated = Infos(Session("position startpos moves" + moves + "\ngo depth 2\n"));
+  ASSERT_EQ(repeated.size(), 2u);
+  EXPECT_EQ(repeated[0].score, "cp 0");
+  EXPECT_EQ(repeated[0].nodes, 1u);
+  EXPECT_EQ(repeated[1].nodes, 2u);
+  const std::vector<Info> later = Infos(Session("position startpos moves" + moves + " e2e4\ngo depth 2\n"));
+  ASSERT_EQ(later.size(), 2u);
+  EXPECT_GT(later[1].nodes, 100u);
 }
 
 // "go depth N" after a new game is the bench's search: its iterations, nodes (the bench counts each
