@@ -92,9 +92,11 @@ SearchLimits LimitsFor(const GoRequest& r, int side, int ply) {
     limits.iterationLimit = allotment.iterationLimit;
     limits.abandonAfter = std::max<int64_t>(0, std::min(AbandonAfter(allotment, clock), clock - Reserve(clock)));
   } else if (r.moveTime >= 0) {
+    // The move must be on the interface's side before the time is up: a tenth of it, and at least the
+    // reserve of a clock, is left for the way there.
     const int64_t budget = r.moveTime * MICROSECONDS_PER_MILLISECOND;
     limits.iterationLimit = IterationLimit(budget);
-    limits.abandonAfter = budget - Reserve(budget);
+    limits.abandonAfter = budget - std::max(Reserve(budget), budget / 10);
   }
   return limits;
 }
