@@ -108,6 +108,7 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedCase{"UnknownPiece", "rnbqkbnr/ppppxppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
         RefusedCase{"DigitNine", "rnbqkbnr/pppppppp/9/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
         RefusedCase{"CastlingLetterX", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkx - 0 1"},
+        RefusedCase{"CastlingLettersAndDash", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQ- - 0 1"},
         RefusedCase{"EnPassantE3WhiteToMove", "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR w KQkq e3 0 1"},
         RefusedCase{"EnPassantE6BlackToMove", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq e6 0 1"},
         RefusedCase{"EnPassantRank5", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e5 0 1"},
@@ -126,38 +127,6 @@ TEST_F(FenReader, LaterRefusalKeepsWhatWasNotYetWritten) {
   EXPECT_EQ(p.key, InitialPosition().key);
   EXPECT_EQ(p.score, 0);
 }
-
-// A set-up position is the record that the same position has when reached by moves.
-struct ReachedCase {
-  const char* name;
-  const char* moves;
-  const char* fen;
-};
-std::ostream& operator<<(std::ostream& out, const ReachedCase& c) { return out << c.name; }
-
-class SameAsReachedByMoves : public ::testing::TestWithParam<ReachedCase> {
- protected:
-  static void SetUpTestSuite() { InitTables(); }
-};
-
-TEST_P(SameAsReachedByMoves, WholeRecord) {
-  test::SetUpInitialPosition();
-  ASSERT_TRUE(test::PlayMoves(GetParam().moves));
-  const Position reached = *current;
-  Position p = InitialPosition();
-  ASSERT_EQ(SetBoard(p, GetParam().fen), 1);
-  EXPECT_TRUE(SameRecord(p, reached));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Board, SameAsReachedByMoves,
-    ::testing::Values(ReachedCase{"SicilianNf3", "e2e4 c7c5 g1f3",
-                                  "rnbqkbnr/pp1ppppp/8/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 1 2"},
-                      ReachedCase{"BlackCastled", "e2e4 e7e5 g1f3 g8f6 f1c4 f8c5 b1c3 e8g8",
-                                  "rnbq1rk1/pppp1ppp/5n2/2b1p3/2B1P3/2N2N2/PPPP1PPP/R1BQK2R w KQ - 6 5"},
-                      ReachedCase{"EnPassantOffered", "e2e4 a7a6 e4e5 d7d5",
-                                  "rnbqkbnr/1pp1pppp/p7/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq d6 0 3"}),
-    [](const ::testing::TestParamInfo<ReachedCase>& info) { return std::string(info.param.name); });
 
 // Every prefix of a FEN is read without harm; it is accepted once it holds the en-passant field.
 TEST_F(FenReader, TextsEndingEarly) {

@@ -59,13 +59,14 @@ TEST_P(CommandLine, IsAnsweredOnlyWhenUnknown) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Unknown, CommandLine,
-                         ::testing::Combine(::testing::Values("", "hello", "setboard", "time x", "level x", "white",
-                                                              "NEW", "new ", " new", "quit ", "e2", "i2i4"),
+                         ::testing::Combine(::testing::Values("", "hello", "setboard", "setboard  ", "time x",
+                                                              "level x", "white", "NEW", "new ", " new", "quit ", "e2",
+                                                              "i2i4", "e2e9"),
                                             ::testing::Values(true)));
 INSTANTIATE_TEST_SUITE_P(Silent, CommandLine,
                          ::testing::Combine(::testing::Values("undo", "remove", "draw", "post", "force",
-                                                              "accepted setboard", "time -5", "time !", "otim 100",
-                                                              "level 40 0:30 0", "level !"),
+                                                              "accepted setboard", "accepted done", "time -5", "time !",
+                                                              "otim 100", "level 40 0:30 0", "level !"),
                                             ::testing::Values(false)));
 
 // Book lines "w1 b1 w2 g8f6" (w1 a single pawn step, w2 a double step on another file or a knight move)
@@ -150,8 +151,8 @@ INSTANTIATE_TEST_SUITE_P(
         // A position set up as finished is not announced.
         SessionCase{"SetboardDoesNotJudge", "setboard 7k/5Q2/8/8/8/8/8/K7 b - - 0 1\n", ""},
         // After a result the engine does not move until "new".
-        SessionCase{"NewClearsResult", FOOLS_MATE + "go\nnew\ne2e4\n", "0-1 {vince il nero}\nmove e7e5 \n",
-                    FOOLS_MATE_LOG + "Avversario: e2e4\nVorlek: e7e5 \n"},
+        SessionCase{"NewClearsResult", FOOLS_MATE + "go\nnew\ngo\n", "0-1 {vince il nero}\nmove e2e4 \n",
+                    FOOLS_MATE_LOG + "Vorlek: e2e4 \n"},
         // The engine's move ends the game; a second game's lines follow the first's in the same log.
         SessionCase{"TwoGamesOneLog", "new\nf2f3\ng2g4\nnew\nf2f3\ng2g4\n",
                     "move e7e5 \nmove d8h4 \n0-1 {vince il nero}\nmove e7e5 \nmove d8h4 \n0-1 {vince il nero}\n",
@@ -207,6 +208,13 @@ TEST(Search, BookMovesOnARefusedSetUpThenSearches) {
                                           "move e2e4 \nmove d7d6 \nmove g1f3 \nmove e8g8 \n"
                                           "  1     544TIME          65 g8h8  \n\nmove g8h8 \n"
                                           "  1    -552TIME          35 f6g4  \n\nmove f6g4 \n");
+}
+
+// The game log of a run replaces the one of an earlier run.
+TEST(Log, StartsAfreshInEveryRun) {
+  const EngineRun run = RunWithInput(HANDSHAKE + "e2e4\n", SMALL_BOOK, {{"partita.log", "an earlier run\n"}});
+  ExpectCleanExit(run);
+  EXPECT_EQ(run.log, "Avversario: e2e4\n");
 }
 
 // Without a book the engine ends with its message on standard output, and names the folder it looked in

@@ -142,17 +142,6 @@ INSTANTIATE_TEST_SUITE_P(Positions, Scores,
                              ScoreCase{"4k3/8/8/8/8/8/3q4/R3K3 w - - 0 1", "", 101, 4, 0, 1},
                              ScoreCase{"4k3/8/8/8/8/8/8/4RK2 w - - 0 1", "", -1, 4, ILLEGAL_SCORE, 1}));
 
-TEST(SearchDraws, InCheckAtTheFiftyMoveLimitIsSearched) {
-  // Only Kxd2 resets the counter; every other reply scores 0 in its child.
-  NewGameFrom("4k3/8/8/8/8/8/3q4/R3K3 w - - 0 1");
-  current->fifty = 100;
-  for (int depth = 1; depth <= 3; ++depth) {
-    const Result r = SearchOnce(depth);
-    EXPECT_GT(r.score, 400) << depth;
-    EXPECT_GT(r.nodes, 2u) << depth;
-  }
-}
-
 // White could take a queen and a rook (in check), or the king: at or above beta nothing is searched.
 // Below it the king capture scores as illegal, at once.
 TEST(Quiesce, StandsPatAtOrAboveBetaWithoutSearching) {

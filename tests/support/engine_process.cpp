@@ -26,27 +26,6 @@ namespace {
 // no test depends on how long a run takes.
 constexpr int SILENCE_LIMIT_MS = 120000;
 
-// Appends what the engine writes on `fd` to run.output until that holds `prompts` console prompts (true),
-// or until the engine closes its side or is killed for hanging (false).
-bool ReadUntil(int fd, pid_t pid, EngineRun& run, size_t prompts = SIZE_MAX) {
-  for (;;) {
-    size_t seen = 0;
-    for (size_t at = run.output.find("Comando: "); at != std::string::npos; at = run.output.find("Comando: ", at + 1))
-      ++seen;
-    if (seen >= prompts) return true;
-    pollfd ready = {fd, POLLIN, 0};
-    if (poll(&ready, 1, SILENCE_LIMIT_MS) == 0) {
-      kill(pid, SIGKILL);
-      return false;
-    }
-    char buffer[4096];
-    const ssize_t n = read(fd, buffer, sizeof buffer);
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) return false;  // the end of a pipe, or EIO once the engine has closed its terminal
-    run.output.append(buffer, static_cast<size_t>(n));
-  }
-}
-
 // Appends what one read of `fd` gives to run.output; nothing when the program has ended or hung (then it is
 // killed).
 void ReadSome(int fd, pid_t pid, EngineRun& run) {
@@ -60,6 +39,19 @@ void ReadSome(int fd, pid_t pid, EngineRun& run) {
   while ((n = read(fd, buffer, sizeof buffer)) < 0 && errno == EINTR) {
   }
   if (n > 0) run.output.append(buffer, static_cast<size_t>(n));
+}
+
+// Reads until run.output holds `prompts` console prompts (true), or the program has ended or hung (false).
+bool ReadUntil(int fd, pid_t pid, EngineRun& run, size_t prompts = SIZE_MAX) {
+  for (;;) {
+    size_t seen = 0;
+    for (size_t at = run.output.find("Comando: "); at != std::string::npos; at = run.output.find("Comando: ", at + 1))
+      ++seen;
+    if (seen >= prompts) return true;
+    const size_t before = run.output.size();
+    ReadSome(fd, pid, run);
+    if (run.output.size() == before) return false;
+  }
 }
 
 void Collect(pid_t pid, const TemporaryDirectory& dir, EngineRun& run) {
@@ -101,9 +93,10 @@ void ExpectCleanExit(const EngineRun& run) {
 }
 
 EngineSession::EngineSession(const std::string& binary, const std::vector<std::string>& arguments,
-                             const std::optional<std::string>& book) {
+                             const std::optional<std::string>& book, const Files& files) {
   signal(SIGPIPE, SIG_IGN);  // a program that has ended early makes a write fail instead
   if (book) dir_.WriteFile("Aperture.txt", *book);
+  for (const auto& [name, contents] : files) dir_.WriteFile(name, contents);
   int toEngine[2], fromEngine[2];
   if (pipe2(toEngine, O_CLOEXEC) != 0 || pipe2(fromEngine, O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
   // Spawned rather than forked: a copy of a sanitizer-sized test process would cost more than the run.
@@ -168,10 +161,10 @@ EngineRun EngineSession::Finish() {
   return run;
 }
 
-EngineRun RunWithInput(const std::string& input, const std::optional<std::string>& book) {
+EngineRun RunWithInput(const std::string& input, const std::optional<std::string>& book, const Files& files) {
   // The input is written whole before any output is read, so it must fit the pipe's buffer.
   if (input.size() > 65536) throw std::runtime_error("input larger than a pipe's buffer");
-  EngineSession engine(VORLEK_BINARY, {}, book);
+  EngineSession engine(VORLEK_BINARY, {}, book, files);
   engine.Send(input);
   return engine.Finish();
 }

@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vorlek::test {
@@ -36,12 +37,15 @@ void ExpectCleanExit(const EngineRun& run);
 inline const std::string SMALL_BOOK = "e2e4 e7e5\n";  // the tests' book unless they say otherwise
 inline const std::string HANDSHAKE = "xboard\nprotover 2\n";
 
+// Files written into a run's working directory before it starts: name and contents.
+using Files = std::vector<std::pair<std::string, std::string>>;
+
 // A program of the project started on pipes in a new working directory holding "Aperture.txt" with
-// `book` (none when nullopt), for sessions that talk back and forth.
+// `book` (none when nullopt) and `files`, for sessions that talk back and forth.
 class EngineSession {
  public:
   EngineSession(const std::string& binary, const std::vector<std::string>& arguments,
-                const std::optional<std::string>& book = SMALL_BOOK);
+                const std::optional<std::string>& book = SMALL_BOOK, const Files& files = {});
   ~EngineSession();
   EngineSession(const EngineSession&) = delete;
   EngineSession& operator=(const EngineSession&) = delete;
@@ -63,7 +67,8 @@ class EngineSession {
 
 // Runs the engine with `input` as its whole standard input (a pipe, so xboard mode), in a new working
 // directory holding "Aperture.txt" with `book`, or no book file at all when `book` is nullopt.
-EngineRun RunWithInput(const std::string& input, const std::optional<std::string>& book = SMALL_BOOK);
+EngineRun RunWithInput(const std::string& input, const std::optional<std::string>& book = SMALL_BOOK,
+                       const Files& files = {});
 
 // Runs the engine on a pseudo-terminal (so console mode) without echo and without the newline to
 // carriage-return conversion. Each line of `keys`, newline included, is typed at the next "Comando: "

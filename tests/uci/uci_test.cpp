@@ -81,6 +81,51 @@ TEST(Uci, PlaysWithoutABookItCannotLoad) {
   EXPECT_NE(BestMove(output), "") << output;
 }
 
+// The default book, when the working folder has none, is the one the build put beside the engine.
+TEST(Uci, FindsTheBookBesideTheEngine) {
+  const std::string binary = VORLEK_UCI_BINARY;
+  const std::string output = Session("isready\n", std::nullopt);
+  EXPECT_EQ(output.rfind("info string book " + binary.substr(0, binary.rfind('/')) + "/Aperture.txt: ", 0), 0u)
+      << output;
+}
+
+// A book with a bad line is not half used: the engine plays without a book.
+TEST(Uci, PlaysWithoutABookThatFailsToLoad) {
+  const std::string output = Session("isready\nposition startpos\ngo wtime 100 btime 100\n", "e2e4 e7e5\ne2e4 x9\n");
+  EXPECT_EQ(output.rfind("info string no book: Aperture.txt line 2: Mossa di apertura non valida!\nreadyok\n", 0), 0u)
+      << output;
+  EXPECT_EQ(output.find("book move"), std::string::npos) << output;
+}
+
+// Out of the book at b1c3, the engine stays out, also where the game comes back into it (b1c3 g8f6 g1f3 is
+// g1f3 g8f6 b1c3); a new game takes the book again.
+TEST(Uci, LeavesTheBookAtTheFirstMissUntilANewGame) {
+  const std::string clock = "go wtime 100 btime 100\n";
+  const std::string output =
+      Session("position startpos moves b1c3\n" + clock + "position startpos moves b1c3 g8f6 g1f3\n" + clock +
+                  "ucinewgame\nposition startpos moves g1f3\n" + clock,
+              "g1f3 g8f6 b1c3 b8c6\n");
+  EXPECT_EQ(output.find("book move"), output.rfind("book move")) << output;  // once only
+  EXPECT_NE(output.find("info string book move g8f6\n"), std::string::npos) << output;
+}
+
+// A new game clears the table and starts the deepening at depth 1 again: the same search gives the same
+// lines.
+TEST(Uci, NewGameSearchesAfresh) {
+  EngineSession engine(VORLEK_UCI_BINARY, {});
+  const std::string search = "ucinewgame\nposition startpos moves d2d4 d7d5\ngo depth 4\n";
+  engine.Send(search);
+  const std::vector<Info> first = Infos(engine.ReadUntilLine("bestmove"));
+  engine.Send(search);
+  const std::vector<Info> again = Infos(engine.ReadUntilLine("bestmove"));
+  ASSERT_EQ(again.size(), first.size());
+  for (size_t i = 0; i < first.size(); ++i) {
+    EXPECT_EQ(again[i].nodes, first[i].nodes) << i;
+    EXPECT_EQ(again[i].pv, first[i].pv) << i;
+  }
+  ExpectCleanExit(engine.Finish());
+}
+
 TEST(Uci, PlaysABookMoveUnderAClockButNotInAnalysis) {
   EXPECT_EQ(BestMove(Session("position startpos\ngo wtime 60000 btime 60000\n")), "bestmove e2e4");
   const std::string analysis = Session("position startpos\ngo depth 2\n");
@@ -230,10 +275,15 @@ TEST(Uci, PonderHitTurnsThePonderingIntoTheMove) {
   ExpectCleanExit(engine.Finish());
 }
 
-TEST(Uci, QuitEndsASearch) {
+// "quit" ends a search that would take hours, and a new game stops one before it begins.
+TEST(Uci, QuitAndNewGameEndASearch) {
   EngineSession engine(VORLEK_UCI_BINARY, {});
-  engine.Send("go infinite\n");
+  engine.Send("position startpos moves e2e4\ngo infinite\n");
   engine.ReadUntilLine("info depth 2 ");
+  engine.Send("ucinewgame\nisready\n");
+  EXPECT_NE(engine.ReadUntilLine("readyok").find("bestmove"), std::string::npos);
+  engine.Send("go depth 30\n");
+  engine.ReadUntilLine("info depth 4 ");
   engine.Send("quit\n");
   ExpectCleanExit(engine.Finish());
 }
