@@ -13,8 +13,6 @@ namespace vorlek {
 namespace {
 
 using test::WalkBishopLines;
-using test::WalkKingSteps;
-using test::WalkKnightJumps;
 using test::WalkRookLines;
 
 // The squares of a slider's lines whose occupancy matters: a blocker there hides the squares behind it.
@@ -53,25 +51,6 @@ TEST_F(Attacks, MagicLookupsEqualRayWalksForEverySubsetOfEveryMask) {
       } while (subset);
     }
   }
-}
-
-TEST_F(Attacks, StepTablesAndRaysFollowTheirSteps) {
-  for (int sq = 0; sq < 64; ++sq) {
-    EXPECT_EQ(KingAttacks[sq], WalkKingSteps(sq)) << "square " << sq;
-    EXPECT_EQ(KnightAttacks[sq], WalkKnightJumps(sq)) << "square " << sq;
-    // The straight rays together are the rook's empty-board lines, the diagonal ones the bishop's; each
-    // ray with its opposite (the next direction) is one line.
-    EXPECT_EQ(Rays[4][sq] | Rays[5][sq] | Rays[6][sq] | Rays[7][sq], WalkRookLines(sq, 0)) << "square " << sq;
-    EXPECT_EQ(Rays[0][sq] | Rays[1][sq] | Rays[2][sq] | Rays[3][sq], WalkBishopLines(sq, 0)) << "square " << sq;
-  }
-  // Directions -7, +7, -9, +9, -8, +8, -1, +1, in that order.
-  EXPECT_EQ(Rays[0][A1], 0u);
-  EXPECT_EQ(Rays[1][H1], test::Squares("g2 f3 e4 d5 c6 b7 a8"));
-  EXPECT_EQ(Rays[2][D4], test::Squares("c3 b2 a1"));
-  EXPECT_EQ(Rays[3][A1], test::Squares("b2 c3 d4 e5 f6 g7 h8"));
-  EXPECT_EQ(Rays[4][D4], test::Squares("d3 d2 d1"));
-  EXPECT_EQ(Rays[6][D4], test::Squares("c4 b4 a4"));
-  EXPECT_EQ(Rays[7][D4], test::Squares("e4 f4 g4 h4"));
 }
 
 // ---- the in-check test ----

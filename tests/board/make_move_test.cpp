@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -18,8 +17,6 @@
 
 namespace vorlek {
 namespace {
-
-bool SameRecord(const Position& a, const Position& b) { return std::memcmp(&a, &b, sizeof(Position)) == 0; }
 
 class MakeMoveFacts : public ::testing::Test {
  protected:
@@ -81,17 +78,6 @@ TEST_F(MakeMoveFacts, RepetitionScanStopsWhereTheFiftyCounterEnds) {
     EXPECT_EQ(current->key, PositionStack[0].key);
     EXPECT_EQ(current->fifty, fifty + 1);
     EXPECT_EQ(current->repetition, fifty == 3 ? 1 : 0);
-  }
-}
-
-TEST_F(MakeMoveFacts, NonMovesPushAnUnchangedCopy) {
-  for (Move m : {Move{0}, Move{7}, Move{8}, Move{15}, Move{16}, Move{23}, Move{40}, MakeMoveValue(0, 12, 28, 0)}) {
-    ASSERT_EQ(test::SetUpPosition("r3k2r/8/8/3pP3/8/8/8/R3K2R w KQkq d6 5 1"), 1);
-    const Position before = *current;
-    MakeMove(m);
-    EXPECT_EQ(StackIndex(current), 1) << "move " << m;
-    EXPECT_TRUE(SameRecord(*current, before)) << "move " << m;
-    EXPECT_EQ(current->side, WHITE);
   }
 }
 

@@ -27,15 +27,6 @@ TEST_F(SquareTableFacts, FirstAndLastKeyOfTheDraws) {
   EXPECT_EQ(SquareTable.sideKey, 0xc056c02e10759de8ULL);
 }
 
-TEST_F(SquareTableFacts, ValuesAreTheSameForBothColours) {
-  for (int code = 0; code < 8; ++code) {
-    for (int sq = 0; sq < 64; ++sq) {
-      EXPECT_EQ(SquareTable.slots[code][sq].value, SquareTable.slots[code | WHITE_PIECE][sq].value)
-          << "code " << code << " square " << sq;
-    }
-  }
-}
-
 struct ValueCase {
   const char* name;
   int code;

@@ -2,7 +2,6 @@
 // results, the game log and the fatal book messages, compared byte for byte.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -232,14 +231,10 @@ TEST(Book, MissingBookNamesTheWorkingFolderOnStandardError) {
 TEST(Book, TheBuiltEngineFindsTheShippedBookInItsOwnFolder) {
   const std::string binary = VORLEK_BINARY;
   const std::string folder = binary.substr(0, binary.rfind('/'));
-  FILE* engine =
-      popen(("cd '" + folder + "' && printf 'xboard\\nprotover 2\\ngo\\nquit\\n' | ./vorlek 2>&1").c_str(), "r");
-  ASSERT_NE(engine, nullptr);
-  std::string output;
-  char buffer[4096];
-  for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, engine)) > 0;) output.append(buffer, n);
-  EXPECT_EQ(pclose(engine), 0);
-  EXPECT_EQ(output.rfind(FEATURE_LINE + "move ", 0), 0u) << output;
+  const EngineRun run =
+      RunCommand("cd '" + folder + "' && printf 'xboard\\nprotover 2\\ngo\\nquit\\n' | ./vorlek 2>&1");
+  EXPECT_EQ(run.exitStatus, 0);
+  EXPECT_EQ(run.output.rfind(FEATURE_LINE + "move ", 0), 0u) << run.output;
 }
 
 }  // namespace

@@ -18,13 +18,13 @@ struct Step {
 bool Inside(int file, int rank) { return file >= 0 && file < 8 && rank >= 0 && rank < 8; }
 
 template <int N>
-Bitboard Walk(int sq, Bitboard occupancy, const Step (&steps)[N], bool slide) {
+Bitboard Walk(int sq, Bitboard occupancy, const Step (&steps)[N]) {
   Bitboard seen = 0;
   for (const Step& step : steps) {
     for (int f = sq % 8 + step.file, r = sq / 8 + step.rank; Inside(f, r); f += step.file, r += step.rank) {
       const Bitboard bit = Bitboard{1} << (r * 8 + f);
       seen |= bit;
-      if (!slide || (occupancy & bit)) break;
+      if (occupancy & bit) break;
     }
   }
   return seen;
@@ -32,23 +32,11 @@ Bitboard Walk(int sq, Bitboard occupancy, const Step (&steps)[N], bool slide) {
 
 constexpr Step ROOK_STEPS[4] = {{1, 0}, {-1, 0}, {0, 1}, {0, -1}};
 constexpr Step BISHOP_STEPS[4] = {{1, 1}, {-1, 1}, {1, -1}, {-1, -1}};
-constexpr Step KNIGHT_STEPS[8] = {{1, 2}, {2, 1}, {2, -1}, {1, -2}, {-1, -2}, {-2, -1}, {-2, 1}, {-1, 2}};
-constexpr Step KING_STEPS[8] = {{-1, -1}, {0, -1}, {1, -1}, {-1, 0}, {1, 0}, {-1, 1}, {0, 1}, {1, 1}};
 
 }  // namespace
 
-Bitboard WalkRookLines(int sq, Bitboard occupancy) { return Walk(sq, occupancy, ROOK_STEPS, true); }
-Bitboard WalkBishopLines(int sq, Bitboard occupancy) { return Walk(sq, occupancy, BISHOP_STEPS, true); }
-Bitboard WalkKnightJumps(int sq) { return Walk(sq, 0, KNIGHT_STEPS, false); }
-Bitboard WalkKingSteps(int sq) { return Walk(sq, 0, KING_STEPS, false); }
-
-Bitboard Squares(const char* names) {
-  Bitboard b = 0;
-  for (const char* c = names; c[0] && c[1]; ++c) {
-    if (c[0] >= 'a' && c[0] <= 'h' && c[1] >= '1' && c[1] <= '8') b |= SquareBit(Sq(c++));
-  }
-  return b;
-}
+Bitboard WalkRookLines(int sq, Bitboard occupancy) { return Walk(sq, occupancy, ROOK_STEPS); }
+Bitboard WalkBishopLines(int sq, Bitboard occupancy) { return Walk(sq, occupancy, BISHOP_STEPS); }
 
 void SetUpInitialPosition() {
   current = PositionStack;

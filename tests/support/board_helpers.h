@@ -15,11 +15,6 @@ constexpr int Sq(const char* name) { return (name[0] - 'a') + 8 * (name[1] - '1'
 // Lines end on the first occupied square, which they include.
 Bitboard WalkRookLines(int sq, Bitboard occupancy);
 Bitboard WalkBishopLines(int sq, Bitboard occupancy);
-Bitboard WalkKnightJumps(int sq);
-Bitboard WalkKingSteps(int sq);
-
-// The squares named in a blank-separated list such as "a2 c1".
-Bitboard Squares(const char* names);
 
 // The initial position as the first record of the stack, with `current` on it.
 void SetUpInitialPosition();

@@ -70,6 +70,9 @@ class EngineSession {
 EngineRun RunWithInput(const std::string& input, const std::optional<std::string>& book = SMALL_BOOK,
                        const Files& files = {});
 
+// Runs a shell command in a new working directory holding `files`: its standard output and exit status.
+EngineRun RunCommand(const std::string& command, const Files& files = {});
+
 // Runs the engine on a pseudo-terminal (so console mode) without echo and without the newline to
 // carriage-return conversion. Each line of `keys`, newline included, is typed at the next "Comando: "
 // prompt; a last part without a newline (such as the end-of-file character) at the prompt after them.

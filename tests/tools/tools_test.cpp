@@ -1,9 +1,7 @@
 // The tools as separate processes: vorlek-book on the shipped book and a broken one, vorlek-bench on its
 // built-in positions and a file (node counts change with any change to the order or number of nodes searched).
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -12,19 +10,8 @@
 namespace vorlek::test {
 namespace {
 
-// Runs a shell command in a fresh directory holding `file` with `contents`; collects its standard output and exit
-// status.
 EngineRun RunTool(const std::string& command, const std::string& file = "", const std::string& contents = "") {
-  TemporaryDirectory dir;
-  if (!file.empty()) dir.WriteFile(file, contents);
-  EngineRun run;
-  FILE* pipe = popen(("cd '" + dir.Path() + "' && " + command).c_str(), "r");
-  if (!pipe) return run;
-  char buffer[4096];
-  for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.output.append(buffer, n);
-  const int status = pclose(pipe);
-  if (WIFEXITED(status)) run.exitStatus = WEXITSTATUS(status);
-  return run;
+  return RunCommand(command, file.empty() ? Files{} : Files{{file, contents}});
 }
 
 // The number after `label` in `output`, or -1 when the label is missing.

@@ -12,26 +12,6 @@
 namespace vorlek::uci {
 namespace {
 
-TEST(ParseGo, ReadsEveryArgumentAndNamesWhatItIgnores) {
-  std::string ignored;
-  const GoRequest r = ParseGo(
-      "wtime 1000 btime 2000 winc 10 binc 20 movestogo 5 depth 7 nodes 1234 mate 3 movetime 500 infinite ponder "
-      "searchmoves e2e4 d2d4",
-      ignored);
-  EXPECT_EQ(r.time[0], 1000);
-  EXPECT_EQ(r.time[1], 2000);
-  EXPECT_EQ(r.increment[0], 10);
-  EXPECT_EQ(r.increment[1], 20);
-  EXPECT_EQ(r.movesToGo, 5);
-  EXPECT_EQ(r.depth, 7);
-  EXPECT_EQ(r.nodes, 1234u);
-  EXPECT_EQ(r.mate, 3);
-  EXPECT_EQ(r.moveTime, 500);
-  EXPECT_TRUE(r.infinite);
-  EXPECT_TRUE(r.ponder);
-  EXPECT_EQ(ignored, "searchmoves e2e4 d2d4");
-}
-
 struct LimitsCase {
   const char* name;
   const char* go;
@@ -66,8 +46,8 @@ INSTANTIATE_TEST_SUITE_P(
         // 60 s each, the game reckoned at 60 moves: 1 s, a quarter of it for iterations; abandoned at ten
         // times the budget, no sooner than 10 s.
         LimitsCase{"Clocks", "wtime 60000 btime 60000", WHITE, 0, 250000, 10000000, MAX_SEARCH_DEPTH, 0, false, true},
-        // The increment is spent on the move.
-        LimitsCase{"Increment", "wtime 60000 btime 60000 winc 1000 binc 1000", WHITE, 0, 500000, 20000000,
+        // The own increment is spent on the move.
+        LimitsCase{"Increment", "wtime 60000 btime 60000 winc 1000 binc 3000", WHITE, 0, 500000, 20000000,
                    MAX_SEARCH_DEPTH, 0, false, true},
         // Black's own clock, and the clock rule: abandoned at four fifths of 1 s.
         LimitsCase{"BlacksClockRule", "wtime 100000 btime 1000", BLACK, 1, 4166, 800000, MAX_SEARCH_DEPTH, 0, false,

@@ -3,7 +3,6 @@
 // answered, stopped and quit while it runs.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -65,37 +64,48 @@ std::string BestMove(const std::string& output) {
   return at == std::string::npos ? "" : output.substr(at, output.find('\n', at) - at);
 }
 
-TEST(Uci, AnswersTheHandshakeAndReadiness) {
-  EXPECT_EQ(Session("uci\nisready\n"), UCI_REPLY + "info string book Aperture.txt: 2 positions\nreadyok\n");
-}
+// Replies from the start of a session, book messages included: the handshake, lines that are no command,
+// and books that cannot be used, after which the engine still plays, from no book.
+struct RepliesCase {
+  const char* name;
+  std::string commands;
+  std::optional<std::string> book;
+  std::string start;  // the output's beginning
+};
+std::ostream& operator<<(std::ostream& out, const RepliesCase& c) { return out << c.name; }
 
-TEST(Uci, IgnoresDebugAndRegisterAndNamesUnknownCommands) {
-  EXPECT_EQ(Session("debug on\nregister later\nxyzzy 1\n\nisready\n"),
-            "info string unknown command: xyzzy 1\ninfo string book Aperture.txt: 2 positions\nreadyok\n");
-}
+class Replies : public ::testing::TestWithParam<RepliesCase> {};
 
-TEST(Uci, PlaysWithoutABookItCannotLoad) {
+TEST_P(Replies, BeginTheOutput) {
   const std::string output =
-      Session("setoption name BookFile value missing.txt\nisready\ngo wtime 1000 btime 1000\n", std::nullopt);
-  EXPECT_NE(output.find("info string no book: cannot open missing.txt"), std::string::npos) << output;
+      Session(GetParam().commands + "isready\nposition startpos\ngo wtime 100 btime 100\n", GetParam().book);
+  EXPECT_EQ(output.rfind(GetParam().start, 0), 0u) << output;
   EXPECT_NE(BestMove(output), "") << output;
+  if (GetParam().start.find("no book") != std::string::npos) {
+    EXPECT_EQ(output.find("book move"), std::string::npos) << output;
+  }
 }
 
-// The default book, when the working folder has none, is the one the build put beside the engine.
-TEST(Uci, FindsTheBookBesideTheEngine) {
-  const std::string binary = VORLEK_UCI_BINARY;
-  const std::string output = Session("isready\n", std::nullopt);
-  EXPECT_EQ(output.rfind("info string book " + binary.substr(0, binary.rfind('/')) + "/Aperture.txt: ", 0), 0u)
-      << output;
-}
+const std::string BESIDE_THE_ENGINE =
+    std::string(VORLEK_UCI_BINARY).substr(0, std::string(VORLEK_UCI_BINARY).rfind('/'));
 
-// A book with a bad line is not half used: the engine plays without a book.
-TEST(Uci, PlaysWithoutABookThatFailsToLoad) {
-  const std::string output = Session("isready\nposition startpos\ngo wtime 100 btime 100\n", "e2e4 e7e5\ne2e4 x9\n");
-  EXPECT_EQ(output.rfind("info string no book: Aperture.txt line 2: Mossa di apertura non valida!\nreadyok\n", 0), 0u)
-      << output;
-  EXPECT_EQ(output.find("book move"), std::string::npos) << output;
-}
+INSTANTIATE_TEST_SUITE_P(
+    Session, Replies,
+    ::testing::Values(RepliesCase{"Handshake", "uci\n", SMALL_BOOK,
+                                  UCI_REPLY + "info string book Aperture.txt: 2 positions\nreadyok\n"},
+                      RepliesCase{"DebugRegisterAndUnknown", "debug on\nregister later\nxyzzy 1\n\n", SMALL_BOOK,
+                                  "info string unknown command: xyzzy 1\ninfo string book Aperture.txt: 2 positions\n"},
+                      // The default book, when the working folder has none, is the one the build put beside the engine.
+                      RepliesCase{"BookBesideTheEngine", "", std::nullopt,
+                                  "info string book " + BESIDE_THE_ENGINE + "/Aperture.txt: "},
+                      RepliesCase{"BookMissing", "setoption name BookFile value missing.txt\n", std::nullopt,
+                                  "info string no book: cannot open missing.txt (looked in the working folder and "
+                                  "beside the engine)\nreadyok\n"},
+                      // A book with a bad line is not half used.
+                      RepliesCase{
+                          "BookWithABadLine", "", "e2e4 e7e5\ne2e4 x9\n",
+                          "info string no book: Aperture.txt line 2: Mossa di apertura non valida!\nreadyok\n"}),
+    [](const auto& info) { return info.param.name; });
 
 // Out of the book at b1c3, the engine stays out, also where the game comes back into it (b1c3 g8f6 g1f3 is
 // g1f3 g8f6 b1c3); a new game takes the book again.
@@ -202,25 +212,25 @@ TEST(Uci, RepetitionInALongGame) {
 TEST(Uci, FixedDepthSearchIsTheBenchs) {
   const std::string fen = "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10";
   const std::vector<Info> uci = Infos(Session("ucinewgame\nposition fen " + fen + "\ngo depth 5\n"));
-  TemporaryDirectory dir;
-  dir.WriteFile("fens.txt", fen + "\n");
-  FILE* bench = popen(("'" VORLEK_BENCH_BINARY "' 5 '" + dir.Path() + "/fens.txt' 2>/dev/null").c_str(), "r");
-  ASSERT_NE(bench, nullptr);
+  std::istringstream bench(
+      RunCommand("'" VORLEK_BENCH_BINARY "' 5 fens.txt 2>/dev/null", {{"fens.txt", fen + "\n"}}).output);
   unsigned long long total = 0;
-  for (size_t i = 0;; ++i) {
+  size_t i = 0;
+  for (std::string line; std::getline(bench, line) && line.rfind("total", 0) != 0; ++i) {
     int depth, score;
     unsigned long long nodes;
-    char pv[512] = "";
-    if (std::fscanf(bench, "%d %d %llu%511[^\n]\n", &depth, &score, &nodes, pv) < 3) break;
+    std::istringstream words(line);
+    words >> depth >> score >> nodes;
+    std::string pv;
+    std::getline(words, pv);
     ASSERT_LT(i, uci.size());
     total += nodes;
     EXPECT_EQ(uci[i].depth, depth);
     EXPECT_EQ(uci[i].score, "cp " + std::to_string(score));
     EXPECT_EQ(uci[i].nodes, total);
-    EXPECT_EQ(" " + uci[i].pv, std::string(pv));
+    EXPECT_EQ(" " + uci[i].pv, pv);
   }
-  pclose(bench);
-  EXPECT_EQ(uci.size(), 5u);
+  EXPECT_EQ(i, 5u);
 }
 
 TEST(Uci, MateIsShownAsAMate) {
