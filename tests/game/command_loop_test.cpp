@@ -49,20 +49,22 @@ TEST_P(LoopState, AfterTheCommands) {
 
 INSTANTIATE_TEST_SUITE_P(
     Commands, LoopState,
-    ::testing::Values(
-        StateCase{"TimeAndOtim", "time 1234\notim 987\n", 1234, 987}, StateCase{"OtimAlone", "otim 987\n", 30000, 987},
-        StateCase{"NumbersSaturate", "time 99999999999999999999999\notim -99999999999\n", INT_MAX, INT_MIN},
-        StateCase{"Level", "level 40 5 0\n", 30000, 30000, 40},
-        StateCase{"LevelMinutesAndSeconds", "level 40 0:30 0\n", 30000, 30000, 40},
-        StateCase{"NewResetsClocksAndPlaysBlack", "time 5\notim 6\nlevel 30 1 0\nforce\nnew\n", 30000, 30000, 0, BLACK},
-        StateCase{"GoPlaysTheSideToMove", "force\nb1c3\ntime 0\ngo\n", 0, 30000, 0, BLACK, 0, 0},
-        StateCase{"Force", "new\nforce\n"},
-        StateCase{"MateResult", "f2f3\ne7e5\ng2g4\nd8h4\n", 30000, 30000, 0, SIDE_NONE, 2},
-        StateCase{"NewClearsTheResult", "f2f3\ne7e5\ng2g4\nd8h4\nnew\n", 30000, 30000, 0, BLACK, 0},
-        // Out of the book (the position after b1c3 is not in it), the engine stays out, also where the
-        // game comes back into it (b1c3 g8f6 g1f3 is g1f3 g8f6 b1c3); a new game takes the book again.
-        StateCase{"BookLeftAtTheFirstMiss", "new\ntime 0\nb1c3\ng1f3\n", 0, 30000, 0, BLACK, 0, 0},
-        StateCase{"NewGameTakesTheBookAgain", "new\ntime 0\nb1c3\nnew\n", 30000, 30000, 0, BLACK, 0, 1}),
+    ::testing::Values(StateCase{"TimeAndOtim", "time 1234\notim 987\n", 1234, 987},
+                      StateCase{"OtimAlone", "otim 987\n", 30000, 987},
+                      // 2^64 + 1234: a number read without saturating would wrap to 1234.
+                      StateCase{"NumbersSaturate", "time 18446744073709552850\notim -99999999999\n", INT_MAX, INT_MIN},
+                      StateCase{"Level", "level 40 5 0\n", 30000, 30000, 40},
+                      StateCase{"LevelMinutesAndSeconds", "level 40 0:30 0\n", 30000, 30000, 40},
+                      StateCase{"NewResetsClocksAndPlaysBlack", "time 5\notim 6\nlevel 30 1 0\nforce\nnew\n", 30000,
+                                30000, 0, BLACK},
+                      StateCase{"GoPlaysTheSideToMove", "force\nb1c3\ntime 0\ngo\n", 0, 30000, 0, BLACK, 0, 0},
+                      StateCase{"Force", "new\nforce\n"},
+                      StateCase{"MateResult", "f2f3\ne7e5\ng2g4\nd8h4\n", 30000, 30000, 0, SIDE_NONE, 2},
+                      StateCase{"NewClearsTheResult", "f2f3\ne7e5\ng2g4\nd8h4\nnew\n", 30000, 30000, 0, BLACK, 0},
+                      // Out of the book (the position after b1c3 is not in it), the engine stays out, also where the
+                      // game comes back into it (b1c3 g8f6 g1f3 is g1f3 g8f6 b1c3); a new game takes the book again.
+                      StateCase{"BookLeftAtTheFirstMiss", "new\ntime 0\nb1c3\ng1f3\n", 0, 30000, 0, BLACK, 0, 0},
+                      StateCase{"NewGameTakesTheBookAgain", "new\ntime 0\nb1c3\nnew\n", 30000, 30000, 0, BLACK, 0, 1}),
     [](const auto& info) { return info.param.name; });
 
 }  // namespace

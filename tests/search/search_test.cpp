@@ -247,6 +247,8 @@ INSTANTIATE_TEST_SUITE_P(Clocks, Allotment,
                              AllotmentCase{0, 60000, 30000, 1, BLACK, 60, 300000000, 20000000},
                              // Black only slightly ahead keeps the even share.
                              AllotmentCase{0, 30100, 30000, 1, BLACK, 60, 5016666, 1254166},
+                             // 15 s and more: a sixth of the budget for the iterations, below it a quarter.
+                             AllotmentCase{0, 90000, 90000, 0, WHITE, 60, 15000000, 2500000},
                              // Malformed controls never divide by zero: a negative count is the whole-game control.
                              AllotmentCase{-40, 30000, 30000, 0, WHITE, 60, 5000000, 1250000}));
 
