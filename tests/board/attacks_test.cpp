@@ -1,11 +1,8 @@
-// Attack tables and magic lookups against slow ray walks, and the in-check test.
+// The magic lookups against slow ray walks.
 #include "board/attacks.h"
 
 #include <gtest/gtest.h>
 
-#include <ostream>
-
-#include "board/fen.h"
 #include "board/init_tables.h"
 #include "support/board_helpers.h"
 
@@ -52,35 +49,6 @@ TEST_F(Attacks, MagicLookupsEqualRayWalksForEverySubsetOfEveryMask) {
     }
   }
 }
-
-// ---- the in-check test ----
-
-struct CheckCase {
-  const char* name;
-  const char* fen;
-  bool inCheck;
-};
-std::ostream& operator<<(std::ostream& out, const CheckCase& c) { return out << c.name; }
-
-class InCheckFacts : public ::testing::TestWithParam<CheckCase> {
- protected:
-  static void SetUpTestSuite() { InitTables(); }
-};
-
-TEST_P(InCheckFacts, KingOfTheSideToMove) {
-  Position p = InitialPosition();
-  ASSERT_EQ(SetBoard(p, GetParam().fen), 1);
-  EXPECT_EQ(InCheck(p), GetParam().inCheck);
-}
-
-INSTANTIATE_TEST_SUITE_P(Board, InCheckFacts,
-                         ::testing::Values(
-                             // Pawns attack down the board from the side to move's view and never across the edge.
-                             CheckCase{"PawnOnH1DoesNotWrapToA1", "7k/8/8/8/8/8/8/K6p w - - 0 1", false},
-                             // Sliders along open and blocked lines.
-                             CheckCase{"RookBlockedByOwnPiece", "r6k/8/8/8/N7/8/8/K7 w - - 0 1", false},
-                             CheckCase{"NoKingIsNeverInCheck", "r6k/8/8/8/8/8/8/8 w - - 0 1", false}),
-                         [](const ::testing::TestParamInfo<CheckCase>& info) { return std::string(info.param.name); });
 
 }  // namespace
 }  // namespace vorlek

@@ -14,11 +14,6 @@ namespace {
 
 constexpr const char* INITIAL_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
-class FenReader : public ::testing::Test {
- protected:
-  static void SetUpTestSuite() { InitTables(); }
-};
-
 struct FieldsCase {
   const char* name;
   const char* fen;
@@ -106,28 +101,6 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedCase{"HalfmoveClock101", "8/8/8/8/8/8/8/K6k w - - 101 80"},
         RefusedCase{"HalfmoveClockHuge", "8/8/8/8/8/8/8/K6k w - - 99999999999999999999 1"}),
     [](const ::testing::TestParamInfo<RefusedCase>& info) { return std::string(info.param.name); });
-
-TEST_F(FenReader, LaterRefusalKeepsWhatWasNotYetWritten) {
-  // Refused at the castling field: the new board is written, the other fields are those of before.
-  Position p = InitialPosition();
-  ASSERT_EQ(SetBoard(p, "8/8/8/8/8/8/8/K6k w KX - 0 1"), 0);
-  EXPECT_EQ(p.own, 0x01u);
-  EXPECT_EQ(Occupancy(p), 0x81u);
-  EXPECT_EQ(p.castling, 0x33);
-  EXPECT_EQ(p.epFile, EP_NONE);
-  EXPECT_EQ(p.key, InitialPosition().key);
-  EXPECT_EQ(p.score, 0);
-}
-
-TEST_F(FenReader, OverlongTextIsCutAtTheCopySize) {
-  std::string text = INITIAL_FEN;
-  text += std::string(500, ' ') + "junk";
-  Position p = InitialPosition();
-  EXPECT_EQ(SetBoard(p, text.c_str()), 1);
-  std::string longPlacement(300, '/');
-  longPlacement += " w - - 0 1";
-  EXPECT_EQ(SetBoard(p, longPlacement.c_str()), 0);
-}
 
 }  // namespace
 }  // namespace vorlek

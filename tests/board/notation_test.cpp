@@ -1,5 +1,5 @@
-// Move text: the squares and promotion letter read from coordinate notation, and the engine's own move text,
-// always in white's coordinates whichever side moves.
+// Move text: the promotion letter read from coordinate notation, and the engine's own move text, always in
+// white's coordinates whichever side moves. (Squares are read by every move typed in the protocol tests.)
 #include "board/notation.h"
 
 #include <gtest/gtest.h>
@@ -11,29 +11,6 @@
 
 namespace vorlek {
 namespace {
-
-struct TextCase {
-  const char* text;
-  bool squares;  // the first four characters are two squares
-  int from = -1, to = -1;
-};
-std::ostream& operator<<(std::ostream& out, const TextCase& c) { return out << c.text; }
-
-class ReadSquares : public ::testing::TestWithParam<TextCase> {};
-
-TEST_P(ReadSquares, FromTheFirstFourCharacters) {
-  int from = -1, to = -1;
-  EXPECT_EQ(ReadMoveSquares(GetParam().text, from, to), GetParam().squares);
-  if (!GetParam().squares) return;
-  EXPECT_EQ(from, GetParam().from);
-  EXPECT_EQ(to, GetParam().to);
-}
-
-INSTANTIATE_TEST_SUITE_P(Texts, ReadSquares,
-                         ::testing::Values(TextCase{"e2e4", true, E2, E4}, TextCase{"a1h8q", true, A1, H8},
-                                           TextCase{"h7a2 and more", true, H7, A2}, TextCase{"e2e9", false},
-                                           TextCase{"e2i4", false}, TextCase{"e0e4", false}, TextCase{"E2e4", false},
-                                           TextCase{"e2e", false}, TextCase{"", false}));
 
 TEST(ReadPromotionLetter, LowerCaseLettersAndTheEndOfTheText) {
   EXPECT_EQ(ReadPromotionLetter('n'), KNIGHT);

@@ -1,5 +1,5 @@
 // The search: node counts of fixed searches, mate, stalemate and draw scores, standing pat, the table of
-// remembered moves, the time allotment from the clocks and the numbers of a thinking line.
+// remembered moves and the time allotment from the clocks.
 #include "search/search.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,6 @@
 #include "board/fen.h"
 #include "board/init_tables.h"
 #include "board/notation.h"
-#include "game/thinking_output.h"
 #include "search/deepening.h"
 #include "search/evaluation.h"
 #include "search/hash_table.h"
@@ -251,17 +250,6 @@ INSTANTIATE_TEST_SUITE_P(Clocks, Allotment,
                              AllotmentCase{0, 90000, 90000, 0, WHITE, 60, 15000000, 2500000},
                              // Malformed controls never divide by zero: a negative count is the whole-game control.
                              AllotmentCase{-40, 30000, 30000, 0, WHITE, 60, 5000000, 1250000}));
-
-// Depth, score, seconds and hundredths, nodes, in fixed columns, and the blank before the moves.
-TEST(ThinkingLine, ColumnsAndCentiseconds) {
-  char line[128];
-  FormatThinkingLine(line, sizeof line, 5, 31, 1050000, 12345);
-  EXPECT_EQ(std::string(line), "  5      31    105       12345 ");
-  FormatThinkingLine(line, sizeof line, 7, 15002, 10000, 0);
-  EXPECT_EQ(std::string(line), "  7   15002    001           0 ");
-  FormatThinkingLine(line, sizeof line, 32, -42, 123456789, 987654321098ULL);
-  EXPECT_EQ(std::string(line), " 32     -42  12345987654321098 ");
-}
 
 }  // namespace
 }  // namespace vorlek

@@ -136,13 +136,6 @@ TEST(Uci, NewGameSearchesAfresh) {
   ExpectCleanExit(engine.Finish());
 }
 
-TEST(Uci, PlaysABookMoveUnderAClockButNotInAnalysis) {
-  EXPECT_EQ(BestMove(Session("position startpos\ngo wtime 60000 btime 60000\n")), "bestmove e2e4");
-  const std::string analysis = Session("position startpos\ngo depth 2\n");
-  EXPECT_EQ(analysis.find("book move"), std::string::npos) << analysis;
-  EXPECT_EQ(Infos(analysis).size(), 2u) << analysis;
-}
-
 // The same search from two position commands that must give the same game (with the same history where it
 // counts); the second may be a refusal that leaves the first in place.
 struct PositionCase {
@@ -257,20 +250,6 @@ TEST(Uci, AnswersWhileItSearchesAndStops) {
   engine.Send("position startpos moves e2e4 " + best.substr(9, best.find(' ', 9) - 9) + "\nisready\n");
   const std::string check = engine.ReadUntilLine("readyok");
   EXPECT_EQ(check.find("illegal"), std::string::npos) << best << "\n" << check;
-  ExpectCleanExit(engine.Finish());
-}
-
-// "stop" right after "go", before the first iteration has ended, still brings a legal move.
-TEST(Uci, StoppedAtOnceStillGivesALegalMove) {
-  EngineSession engine(VORLEK_UCI_BINARY, {});
-  engine.Send(
-      "position fen r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10\n"
-      "go infinite\nstop\n");
-  const std::string best = BestMove(engine.ReadUntilLine("bestmove"));
-  ASSERT_NE(best, "");
-  engine.Send("position fen r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10 moves " +
-              best.substr(9, 4) + "\nisready\n");
-  EXPECT_EQ(engine.ReadUntilLine("readyok").find("illegal"), std::string::npos) << best;
   ExpectCleanExit(engine.Finish());
 }
 
