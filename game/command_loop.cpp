@@ -9,6 +9,7 @@
 #include "board/init_tables.h"
 #include "board/notation.h"
 #include "board/position.h"
+#include "board/user_move.h"
 #include "game/book.h"
 #include "game/book_file.h"
 #include "game/console_board.h"
@@ -16,7 +17,6 @@
 #include "game/game_end.h"
 #include "game/game_state.h"
 #include "game/line_reader.h"
-#include "game/user_move.h"
 
 namespace vorlek {
 

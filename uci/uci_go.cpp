@@ -27,7 +27,6 @@ GoRequest ParseGo(const std::string& arguments, std::string& ignored) {
     if (in >> value) field = static_cast<std::remove_reference_t<decltype(field)>>(value);
     in.clear();
   };
-  bool searchMoves = false;
   for (std::string word; in >> word;) {
     if (word == "wtime") {
       number(r.time[0]);
@@ -51,12 +50,7 @@ GoRequest ParseGo(const std::string& arguments, std::string& ignored) {
       r.infinite = true;
     } else if (word == "ponder") {
       r.ponder = true;
-    } else if (word == "searchmoves") {
-      searchMoves = true;
-      ignored += (ignored.empty() ? "" : " ") + word;
-    } else if (searchMoves) {
-      ignored += " " + word;
-    } else {
+    } else {  // "searchmoves" and its moves among them
       ignored += (ignored.empty() ? "" : " ") + word;
     }
   }

@@ -4,11 +4,10 @@
 #include <sstream>
 #include <vector>
 
-#include "board/all_moves.h"
 #include "board/fen.h"
 #include "board/history.h"
-#include "board/notation.h"
 #include "board/position.h"
+#include "board/user_move.h"
 
 namespace vorlek::uci {
 
@@ -18,15 +17,10 @@ namespace {
 SavedGame before;
 
 // Makes one move in coordinate notation (promotion letter in either case); false when it is no legal move.
-bool PlayMove(const std::string& text) {
-  int from, to;
-  if (text.size() < 4 || text.size() > 5 || !ReadMoveSquares(text.c_str(), from, to)) return false;
-  const int promotion = ReadPromotionLetter(text.size() == 5 ? static_cast<char>(std::tolower(text[4])) : '\0');
-  if (promotion < 0) return false;
-  KeepRoomAboveHistory();
-  const Move move =
-      FindGeneratedMove(*current, ViewSquare(from, current->side), ViewSquare(to, current->side), promotion);
-  return move != MOVE_NONE && MakeMoveIfLegal(move);
+bool PlayMove(std::string text) {
+  if (text.size() < 4 || text.size() > 5) return false;
+  if (text.size() == 5) text[4] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[4])));
+  return ReadUserMove(text.c_str()) == MOVE_OK;
 }
 
 }  // namespace

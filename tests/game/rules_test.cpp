@@ -9,8 +9,8 @@
 
 #include "board/init_tables.h"
 #include "board/position.h"
+#include "board/user_move.h"
 #include "game/game_end.h"
-#include "game/user_move.h"
 #include "support/board_helpers.h"
 
 namespace vorlek::test {

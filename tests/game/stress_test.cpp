@@ -9,9 +9,9 @@
 #include "board/fen.h"
 #include "board/init_tables.h"
 #include "board/position.h"
+#include "board/user_move.h"
 #include "game/game_end.h"
 #include "game/game_state.h"
-#include "game/user_move.h"
 #include "support/engine_process.h"
 
 namespace vorlek::test {

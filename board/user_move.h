@@ -1,4 +1,5 @@
-// game/user_move.h — the opponent's move in coordinate notation: found, checked and made.
+// board/user_move.h — a move typed in coordinate notation: read, found among the generated moves, checked
+// and made. The xboard loop reads the opponent's moves with it, the UCI front end a game's moves.
 #pragma once
 
 namespace vorlek {
@@ -8,7 +9,7 @@ constexpr int MOVE_NOT_FOUND = 1;
 constexpr int MOVE_BAD_PROMOTION = 2;
 constexpr int MOVE_LEAVES_CHECK = 3;
 
-// `text` starts with two squares (already checked by the caller), then an optional promotion letter.
+// `text` starts with two squares, then a lower-case promotion letter or the end of the text.
 // On MOVE_OK the move is made on the position stack; on any other code nothing changes.
 int ReadUserMove(const char* text);
 

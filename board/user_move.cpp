@@ -1,4 +1,4 @@
-#include "game/user_move.h"
+#include "board/user_move.h"
 
 #include "board/all_moves.h"
 #include "board/history.h"
