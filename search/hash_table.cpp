@@ -49,8 +49,6 @@ Move ProbeHashMove(uint64_t key) {
   return std::atomic_ref<uint64_t>(e.key).load(std::memory_order_relaxed) == key ? e.move : MOVE_NONE;
 }
 
-Move HashMoveAtIndex(uint64_t key) { return EntryFor(key).move; }
-
 void StoreHashMove(uint64_t key, Move move) {
   const size_t index = key & HASH_MASK;
   std::atomic_ref<uint64_t>(HashTable.entries[index].key).store(key, std::memory_order_relaxed);

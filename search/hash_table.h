@@ -13,9 +13,6 @@ constexpr uint64_t HASH_MASK = 0x3ffffff;  // a key's entry is the one at index 
 // The remembered move of the position with this key (all 64 bits compared), or MOVE_NONE.
 Move ProbeHashMove(uint64_t key);
 
-// The move held at this key's index, whichever position stored it.
-Move HashMoveAtIndex(uint64_t key);
-
 // Writes key and move into the key's entry, whatever it held.
 void StoreHashMove(uint64_t key, Move move);
 

@@ -139,7 +139,26 @@ INSTANTIATE_TEST_SUITE_P(Positions, Scores,
                                        "g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8", -1, 4, 0, 1},
                              ScoreCase{"4k3/8/8/8/8/8/8/R3K3 w - - 0 1", "", 100, 4, 0, 1},
                              ScoreCase{"4k3/8/8/8/8/8/3q4/R3K3 w - - 0 1", "", 101, 4, 0, 1},
-                             ScoreCase{"4k3/8/8/8/8/8/8/4RK2 w - - 0 1", "", -1, 4, ILLEGAL_SCORE, 1}));
+                             ScoreCase{"4k3/8/8/8/8/8/8/4RK2 w - - 0 1", "", -1, 4, ILLEGAL_SCORE, 1},
+                             // At 100 in check the search goes on.
+                             ScoreCase{"4k3/8/8/8/8/8/3q4/R3K3 w - - 0 1", "", 100, 2, 500, 26},
+                             // The depth-1 shortcut leaves out neither a third occurrence nor the counter reaching 100.
+                             ScoreCase{"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+                                       "g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1", -1, 3, 34, 7213},
+                             ScoreCase{"4k3/8/8/8/8/8/8/R3K3 w - - 92 1", "a1a2 e8d8 a2a1 d8e8 a1a2 e8d8", -1, 3, 0,
+                                       43}));
+
+// A man of code 7 (no move or set-up makes one) is taken first; the king capture picked after it is searched
+// as a move, not taken for the sign of an illegal position.
+TEST(Scores, KingCapturedAfterTheFirstPickIsAMove) {
+  NewGameFrom("4k3/8/8/8/8/8/8/K3R3 w - - 0 1");
+  current->type0 |= SquareBit(H1);
+  current->type1 |= SquareBit(H1);
+  current->type2 |= SquareBit(H1);
+  const Result r = SearchOnce(2);
+  EXPECT_EQ(r.score, 15002);
+  EXPECT_EQ(r.nodes, 12u);
+}
 
 // White could take a queen and a rook (in check), or the king: at or above beta nothing is searched.
 // Below it the king capture scores as illegal, at once.

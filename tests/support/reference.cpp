@@ -1,7 +1,6 @@
 #include "support/reference.h"
 
 #include <cstdlib>
-#include <unordered_map>
 
 #include "board/attacks.h"
 #include "board/square_table.h"
@@ -11,11 +10,8 @@ namespace vorlek::reference {
 
 Position stack[STACK_SIZE];
 Position* current = stack;
-uint64_t nodes = 0;
 
 namespace {
-
-constexpr int ILLEGAL = 15100, MATE = 15000;
 
 bool Has(Bitboard b, int sq) { return sq >= 0 && sq < 64 && ((b >> sq) & 1); }
 Bitboard Bit(int sq) { return Bitboard{1} << sq; }
@@ -105,8 +101,6 @@ void AddQuiets(Quiets& q, int piece, int from, Bitboard targets, Bitboard checki
 }
 
 }  // namespace
-
-void Load(const Position& root) { Load(&root, 1); }
 
 void Load(const Position* records, int count) {
   for (int i = 0; i < count; ++i) stack[i] = records[i];
@@ -310,8 +304,6 @@ void MakeMove(Move move) {
   }
 }
 
-void TakeBack() { --current; }
-
 // ---- in check and evaluation ----
 
 bool InCheck(const Position& p) {
@@ -339,110 +331,6 @@ int Evaluate(const Position& p) {
   if (ownKing >= 0) result += kingTerm(ownKing);
   if (oppKing >= 0) result -= kingTerm(64 + oppKing);
   return result;
-}
-
-// ---- search ----
-
-namespace {
-
-struct Entry {
-  uint64_t key;
-  Move move;
-};
-std::unordered_map<uint64_t, Entry> table;  // by index key & 0x3ffffff
-
-Move Probe(uint64_t key) {
-  const auto it = table.find(key & 0x3ffffff);
-  return it != table.end() && it->second.key == key ? it->second.move : MOVE_NONE;
-}
-void Store(uint64_t key, Move move) { table[key & 0x3ffffff] = {key, move}; }
-
-// The first entry with the greatest order; the last entry takes its place.
-Move PickBest(std::vector<ScoredMove>& list) {
-  size_t best = 0;
-  for (size_t i = 1; i < list.size(); ++i)
-    if (list[i].order > list[best].order) best = i;
-  const Move move = list[best].move;
-  list[best] = list.back();
-  list.pop_back();
-  return move;
-}
-
-}  // namespace
-
-void ClearTable() { table.clear(); }
-
-Move TableMove(uint64_t key) {
-  const auto it = table.find(key & 0x3ffffff);
-  return it == table.end() ? MOVE_NONE : it->second.move;
-}
-
-int Search(int depth, int alpha, int beta) {
-  ++nodes;
-  const Position& p = *current;
-  if (p.repetition == 2 || p.fifty > 100) return 0;
-  if (p.fifty == 100 && !reference::InCheck(p)) return 0;
-  if (depth == 0) return Quiesce(alpha, beta);
-  Move bestMove = MOVE_NONE;
-  bool noLegalMove = true;
-  auto searchMove = [&](Move move) {  // true on a cut-off
-    MakeMove(move);
-    const int score = -Search(depth - 1, -beta, -alpha);
-    TakeBack();
-    if (score != -ILLEGAL) noLegalMove = false;
-    if (score > alpha) alpha = score, bestMove = move;
-    return alpha >= beta;
-  };
-  auto cutOff = [&] {
-    Store(p.key, bestMove);
-    return alpha;
-  };
-  // The remembered move is made as it stands: the 64-bit key is its only guard.
-  const Move hashMove = Probe(p.key);
-  if (hashMove && searchMove(hashMove)) return cutOff();
-  std::vector<ScoredMove> captures = GenerateCaptures(p);
-  for (bool first = true; !captures.empty(); first = false) {
-    const Move move = PickBest(captures);
-    if (first && (MoveExtra(move) & 15) == 6) return ILLEGAL;
-    if (move != hashMove && searchMove(move)) return cutOff();
-  }
-  const Quiets q = GenerateQuiets(p);
-  for (size_t i = q.list.size(); i-- > 0;)
-    if (q.list[i] != hashMove && searchMove(q.list[i])) return cutOff();
-  for (size_t i = q.sets.size(); i-- > 0;) {
-    for (int to : Ascending(q.sets[i].targets)) {
-      const Move move = q.sets[i].head | static_cast<Move>(to) << 16;
-      if (move != hashMove && searchMove(move)) return cutOff();
-    }
-  }
-  if (noLegalMove) return reference::InCheck(p) ? -(MATE + depth) : 0;
-  if (bestMove) Store(p.key, bestMove);
-  return alpha;
-}
-
-int Quiesce(int alpha, int beta) {
-  ++nodes;
-  const int standPat = reference::Evaluate(*current);
-  if (standPat >= beta) return standPat;
-  int best = standPat > alpha ? standPat : alpha;
-  std::vector<ScoredMove> list = GenerateCaptures(*current);
-  if (list.empty()) return best;
-  Move move = PickBest(list);
-  if ((MoveExtra(move) & 15) == 6) return ILLEGAL;
-  for (;;) {
-    MakeMove(move);
-    const int value = -Quiesce(-beta, -best);
-    TakeBack();
-    if (value >= beta) return value;
-    if (value > best) best = value;
-    if (list.empty()) return best;
-    move = PickBest(list);
-  }
-}
-
-int Iteration(int depth) {
-  nodes = 0;
-  return Search(depth, -(MATE + depth), MATE + depth);
 }
 
 }  // namespace vorlek::reference

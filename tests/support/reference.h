@@ -1,5 +1,5 @@
-// tests/support/reference.h — a slow, literal second implementation of the board rules, the evaluation
-// and the search, for checking the engine move for move, record for record and node for node. It uses
+// tests/support/reference.h — a slow, literal second implementation of the board rules and the evaluation,
+// for checking the engine move for move and record for record. It uses
 // only the engine's types and constant tables (Position, Move, SquareTable, the attack lookups, the king
 // tables) and states each rule plainly, piece sets by their exact codes, so that it also answers for
 // records that no game can reach: piece code 7, several kings or none, castling rights without king or
@@ -18,8 +18,6 @@ constexpr int STACK_SIZE = 1024;
 extern Position stack[STACK_SIZE];
 extern Position* current;
 
-// Puts `root` into the first record of the stack and makes it current.
-void Load(const Position& root);
 // Copies `count` records of a game (its history first) to the bottom of the stack; the last is current.
 void Load(const Position* records, int count);
 
@@ -34,21 +32,10 @@ Quiets GenerateQuiets(const Position& p);
 // Every pseudo-legal move as the move reader joins them: captures, the check list, the expanded sets.
 std::vector<Move> GenerateAll(const Position& p);
 
-// Copy-make on the reference stack, and taking the move back.
+// Copy-make on the reference stack.
 void MakeMove(Move move);
-void TakeBack();
 
 bool InCheck(const Position& p);
 int Evaluate(const Position& p);
-
-// The search, with its own node counter and its own table of best moves (index key & 0x3ffffff).
-extern uint64_t nodes;
-void ClearTable();
-Move TableMove(uint64_t key);  // the move at the key's index, its key not compared (the root move)
-int Search(int depth, int alpha, int beta);
-int Quiesce(int alpha, int beta);
-
-// One iteration of the deepening: nodes reset, full window for every mate score.
-int Iteration(int depth);
 
 }  // namespace vorlek::reference
