@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "board/init_tables.h"
 #include "support/board_helpers.h"
 
 namespace vorlek {
@@ -23,16 +22,11 @@ Bitboard WalkMask(int sq, Bitboard (*walk)(int, Bitboard)) {
   return mask;
 }
 
-class Attacks : public ::testing::Test {
- protected:
-  static void SetUpTestSuite() { InitTables(); }
-};
-
 // ---- magic lookups ----
 
 // Every subset of each square's blocker mask, with random squares outside the mask (edges, other lines)
 // that must not change the answer.
-TEST_F(Attacks, MagicLookupsEqualRayWalksForEverySubsetOfEveryMask) {
+TEST(Attacks, MagicLookupsEqualRayWalksForEverySubsetOfEveryMask) {
   test::Random random(1);
   for (const bool rook : {true, false}) {
     const auto walk = rook ? WalkRookLines : WalkBishopLines;

@@ -6,7 +6,6 @@
 #include <ostream>
 #include <string>
 
-#include "board/init_tables.h"
 #include "support/board_helpers.h"
 
 namespace vorlek {
@@ -21,10 +20,7 @@ struct FieldsCase {
 };
 std::ostream& operator<<(std::ostream& out, const FieldsCase& c) { return out << c.name; }
 
-class AcceptedFields : public ::testing::TestWithParam<FieldsCase> {
- protected:
-  static void SetUpTestSuite() { InitTables(); }
-};
+class AcceptedFields : public ::testing::TestWithParam<FieldsCase> {};
 
 TEST_P(AcceptedFields, Stored) {
   const FieldsCase& c = GetParam();
@@ -72,10 +68,7 @@ struct RefusedCase {
 };
 std::ostream& operator<<(std::ostream& out, const RefusedCase& c) { return out << c.name; }
 
-class Refused : public ::testing::TestWithParam<RefusedCase> {
- protected:
-  static void SetUpTestSuite() { InitTables(); }
-};
+class Refused : public ::testing::TestWithParam<RefusedCase> {};
 
 TEST_P(Refused, ReturnsZero) {
   Position p = InitialPosition();

@@ -6,20 +6,14 @@
 #include <gtest/gtest.h>
 
 #include "board/history.h"
-#include "board/init_tables.h"
 #include "support/board_helpers.h"
 
 namespace vorlek {
 namespace {
 
-class MakeMoveFacts : public ::testing::Test {
- protected:
-  static void SetUpTestSuite() { InitTables(); }
-};
-
 // Sliding the history down keeps the current record and the 255 before it, more than the fifty counter
 // reaches back, and the count of plies played.
-TEST_F(MakeMoveFacts, SlidingTheHistoryKeepsItsLastRecords) {
+TEST(MakeMoveFacts, SlidingTheHistoryKeepsItsLastRecords) {
   test::SetUpInitialPosition();
   droppedPlies = 0;
   for (int i = 1; i <= GAME_HISTORY_LIMIT; ++i) {

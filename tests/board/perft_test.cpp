@@ -5,7 +5,6 @@
 #include <string>
 
 #include "board/all_moves.h"
-#include "board/init_tables.h"
 #include "support/board_helpers.h"
 
 namespace vorlek {
@@ -19,10 +18,7 @@ struct PerftCase {
 };
 std::ostream& operator<<(std::ostream& out, const PerftCase& c) { return out << c.name << " depth " << c.depth; }
 
-class PerftCounts : public ::testing::TestWithParam<PerftCase> {
- protected:
-  static void SetUpTestSuite() { InitTables(); }
-};
+class PerftCounts : public ::testing::TestWithParam<PerftCase> {};
 
 TEST_P(PerftCounts, CountsLegalLeaves) {
   const PerftCase& c = GetParam();

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <ostream>
+#include <regex>
 #include <string>
 #include <tuple>
 
@@ -182,16 +183,7 @@ TEST(Book, FullTableLoadsAndTheFirstMoveComesFromIt) {
 
 // The time column of thinking lines ("%5d%02d" after the depth and the score) replaced by "TIME".
 std::string WithoutTimes(const std::string& output) {
-  std::string out;
-  for (size_t start = 0; start < output.size();) {
-    const size_t end = output.find('\n', start) + 1;
-    std::string line = output.substr(start, end - start);
-    if (line.size() > 30 && line[0] == ' ' && line.compare(11, 7, std::string(7, ' ')) != 0)
-      line.replace(11, 7, "TIME");
-    out += line;
-    start = end;
-  }
-  return out;
+  return std::regex_replace(output, std::regex("^( .{10}).{7}", std::regex::multiline), "$1TIME");
 }
 
 // A refused set-up keeps its new pieces under the initial position's key, so the book's moves, found by

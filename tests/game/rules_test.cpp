@@ -7,7 +7,6 @@
 #include <ostream>
 #include <string>
 
-#include "board/init_tables.h"
 #include "board/position.h"
 #include "board/user_move.h"
 #include "game/game_end.h"
@@ -46,7 +45,6 @@ class ReadUserMoveCodes : public ::testing::TestWithParam<UserMoveCase> {};
 
 TEST_P(ReadUserMoveCodes, CodeAndPosition) {
   const UserMoveCase& c = GetParam();
-  InitTables();
   ASSERT_EQ(SetUpPosition(c.fen), 1);
   ASSERT_TRUE(PlayMoves(c.before));
   Position* const at = current;
@@ -102,7 +100,6 @@ class GameEnd : public ::testing::TestWithParam<EndCase> {};
 
 TEST_P(GameEnd, Result) {
   const EndCase& c = GetParam();
-  InitTables();
   ASSERT_EQ(SetUpPosition(c.fen), 1);
   ASSERT_TRUE(PlayMoves(c.moves));
   Position* const at = current;

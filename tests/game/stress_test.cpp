@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "board/fen.h"
-#include "board/init_tables.h"
 #include "board/position.h"
 #include "board/user_move.h"
 #include "game/game_end.h"
@@ -64,7 +63,6 @@ TEST_P(SelfPlay, EveryMoveIsLegalAndTheGameEndsWithAResult) {
   const Played played = ReadPlayed(run.output);
   ASSERT_FALSE(played.result.empty()) << "no result after " << played.moves.size() << " moves";
 
-  InitTables();
   NewGame();
   ASSERT_EQ(std::string(GetParam().setUp) == "new" ? 1 : SetBoard(*current, GetParam().setUp + 9), 1);
   for (const std::string& move : played.moves) ASSERT_EQ(ReadUserMove(move.c_str()), MOVE_OK) << move;

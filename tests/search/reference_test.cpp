@@ -14,7 +14,6 @@
 #include <vector>
 
 #include "board/all_moves.h"
-#include "board/init_tables.h"
 #include "board/make_move.h"
 #include "board/movegen.h"
 #include "search/child_key.h"
@@ -120,7 +119,6 @@ std::string FirstDifference(bool realGame) {
 class RealGames : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(RealGames, AgreeOnEveryRecordAndMove) {
-  InitTables();
   const char* fens[] = {GetParam()};
   int positions = 0;
   ASSERT_TRUE(test::WalkRandomGames(fens, 0x5eed, 3, 80, [&](const char*, int) {
@@ -178,7 +176,6 @@ Position RandomRecord(test::Random& random) {
 
 // Each record, then moves of any kind between any squares with any extra byte, fitting their board or not.
 TEST(GarbageRecords, AgreeOnEveryRecordAndMove) {
-  InitTables();
   test::Random random(0x9a7ba9e);
   for (int i = 0; i < 3000; ++i) {
     current = PositionStack;
