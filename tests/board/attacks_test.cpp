@@ -3,13 +3,30 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <utility>
+
 #include "support/board_helpers.h"
 
 namespace vorlek {
 namespace {
 
-using test::WalkBishopLines;
-using test::WalkRookLines;
+// The squares a slider on sq reaches by the steps (file, rank) given, walked square by square: each line
+// ends on the first occupied square, which it includes.
+Bitboard Walk(int sq, Bitboard occupancy, std::initializer_list<std::pair<int, int>> steps) {
+  Bitboard seen = 0;
+  for (const auto& [df, dr] : steps) {
+    for (int f = sq % 8 + df, r = sq / 8 + dr; f >= 0 && f < 8 && r >= 0 && r < 8; f += df, r += dr) {
+      seen |= SquareBit(r * 8 + f);
+      if (occupancy & SquareBit(r * 8 + f)) break;
+    }
+  }
+  return seen;
+}
+Bitboard WalkRookLines(int sq, Bitboard occupancy) { return Walk(sq, occupancy, {{1, 0}, {-1, 0}, {0, 1}, {0, -1}}); }
+Bitboard WalkBishopLines(int sq, Bitboard occupancy) {
+  return Walk(sq, occupancy, {{1, 1}, {-1, 1}, {1, -1}, {-1, -1}});
+}
 
 // The squares of a slider's lines whose occupancy matters: a blocker there hides the squares behind it.
 // These are all squares of the lines but the last of each.

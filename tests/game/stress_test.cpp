@@ -2,6 +2,7 @@
 // stack, set-ups no game can reach, absurd clocks, input cut short. Every run ends cleanly with moves well formed.
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -21,21 +22,17 @@ struct Played {
   std::string result;              // the first result line, "" when there is none
 };
 
-bool IsSquare(const std::string& text, size_t at) {
-  return text[at] >= 'a' && text[at] <= 'h' && text[at + 1] >= '1' && text[at + 1] <= '8';
-}
-
 // The moves and the first result line of an output; every "move" line must be a move in coordinates.
 Played ReadPlayed(const std::string& output) {
+  static const std::regex MOVE("move ([a-h][1-8][a-h][1-8][nbrq]?) ?"), RESULT(".* \\{.*\\}");
   Played played;
   std::istringstream lines(output);
+  std::smatch move;
   for (std::string line; std::getline(lines, line);) {
     if (line.rfind("move ", 0) == 0) {
-      EXPECT_TRUE(line.size() == 10 && IsSquare(line, 5) && IsSquare(line, 7) &&
-                  std::string("nbrq ").find(line[9]) != std::string::npos)
-          << line;
-      played.moves.push_back(line.substr(5, line.back() == ' ' ? 4 : 5));
-    } else if (played.result.empty() && line.find(" {") != std::string::npos && line.back() == '}') {
+      EXPECT_TRUE(std::regex_match(line, move, MOVE) && line.size() == 10) << line;
+      played.moves.push_back(move[1]);
+    } else if (played.result.empty() && std::regex_match(line, RESULT)) {
       played.result = line;
     }
   }

@@ -8,8 +8,6 @@
 #include <ostream>
 #include <string>
 
-#include "board/fen.h"
-#include "board/notation.h"
 #include "search/deepening.h"
 #include "search/evaluation.h"
 #include "search/hash_table.h"
@@ -31,70 +29,17 @@ struct Result {
   int score;
   uint64_t nodes;
 };
-// One iteration at `depth`, with the window the deepening gives every iteration.
+// One iteration at `depth`, with the window the deepening gives every iteration; or quiescence.
 Result SearchOnce(int depth) {
   nodes = 0;
   const int score = Search(depth, -(MATE_SCORE + depth), MATE_SCORE + depth);
   return {score, nodes};
 }
-
-// The deepening's iterations added up: the last score, the nodes of all, the last principal variation.
-struct Deepening : IterationListener {
-  void Finished(const Iteration& it) override {
-    score = it.score;
-    total += it.nodes;
-    pv.clear();
-    for (int i = 0; i < it.pvLength; ++i) {
-      char text[MOVE_TEXT_SIZE];
-      MoveToText(text, it.pv[i], SideAtPly(it, i));
-      pv += std::string(text) + " ";
-    }
-  }
-  int score = 0;
-  uint64_t total = 0;
-  std::string pv;
-};
 Result QuiesceOnce(int alpha, int beta) {
   nodes = 0;
   const int score = Quiesce(alpha, beta);
   return {score, nodes};
 }
-
-bool SameRecord(const Position& a, const Position& b) { return std::memcmp(&a, &b, sizeof(Position)) == 0; }
-
-// ---- node-count signatures ----
-
-// Iterations 1..depth as the deepening runs them (one table for all), their nodes added up.
-struct SignatureCase {
-  const char* fen;
-  int depth;
-  int score;  // of the last iteration
-  uint64_t nodes;
-  const char* principalVariation;
-};
-void PrintTo(const SignatureCase& c, std::ostream* os) { *os << c.fen << " depth " << c.depth; }
-
-class Signature : public ::testing::TestWithParam<SignatureCase> {};
-
-TEST_P(Signature, FixedSearchCountsTheSameNodes) {
-  NewGameFrom(GetParam().fen);
-  SearchLimits limits;
-  limits.maxDepth = GetParam().depth;
-  Deepening deepening;
-  IterativeDeepening(limits, deepening);
-  EXPECT_EQ(deepening.score, GetParam().score);
-  EXPECT_EQ(deepening.total, GetParam().nodes);
-  EXPECT_EQ(deepening.pv, GetParam().principalVariation);
-}
-
-INSTANTIATE_TEST_SUITE_P(Positions, Signature,
-                         ::testing::Values(SignatureCase{"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", 5,
-                                                         14, 314709, "g1f3  g8f6  b1c3  b8c6  e2e4  "},
-                                           SignatureCase{KIWIPETE, 4, 33, 60676, "e2a6  e6d5  g2h3  e7e5  "},
-                                           SignatureCase{"n1n5/PPPk4/8/8/8/8/4Kppp/5N1N b - - 0 1", 5, 933, 21108,
-                                                         "g2h1q b7b8q h1e4  e2f2  h2h1q "},
-                                           SignatureCase{"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1", 6, 100, 42210,
-                                                         "b4f4  h4g3  f4f7  h5e5  f7c7  g3g2  "}));
 
 // ---- scores ----
 
@@ -223,7 +168,7 @@ TEST(SearchHashMove, MoveThatDoesNotFitThePositionIsIgnored) {
     EXPECT_EQ(r.score, clean.score) << std::hex << m;
     EXPECT_EQ(r.nodes, clean.nodes) << std::hex << m;
     EXPECT_EQ(current, rootPointer);
-    EXPECT_TRUE(SameRecord(*current, root)) << std::hex << m;
+    EXPECT_EQ(std::memcmp(current, &root, sizeof root), 0) << std::hex << m;
   }
 }
 

@@ -1,7 +1,6 @@
 // tests/support/board_helpers.h — setting up positions and playing moves on the position stack in tests.
 #pragma once
 #include <cstdint>
-#include <vector>
 
 #include "board/move.h"
 #include "board/position.h"
@@ -11,29 +10,14 @@ namespace vorlek::test {
 // Square index of a real square name ("a1" is 0, "e4" is 28, "h8" is 63).
 constexpr int Sq(const char* name) { return (name[0] - 'a') + 8 * (name[1] - '1'); }
 
-// Slow attack sets, walked square by square on file and rank coordinates, for checking the tables.
-// Lines end on the first occupied square, which they include.
-Bitboard WalkRookLines(int sq, Bitboard occupancy);
-Bitboard WalkBishopLines(int sq, Bitboard occupancy);
-
 // The initial position as the first record of the stack, with `current` on it.
 void SetUpInitialPosition();
 
 // `fen` read into the first record of the stack, as the "setboard" command does it; SetBoard's result.
 int SetUpPosition(const char* fen);
 
-// The generated move of the current position that the coordinate text names (absolute squares, an
-// optional promotion letter), or MOVE_NONE. Legality is not tested.
-Move FindMove(const char* text);
-
 // Plays blank-separated coordinate moves; false at the first that is not a legal move (it is not played).
 bool PlayMoves(const char* moves);
-
-// Every legal move of the current position, in generation order.
-std::vector<Move> LegalMoves();
-
-// Makes a move known to be legal on the stack.
-void PlayMove(Move move);
 
 // A small deterministic generator for random games and positions (the same sequence on every platform).
 class Random {
@@ -63,25 +47,5 @@ inline constexpr const char* PERFT_POSITIONS[] = {
     "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
     "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
 };
-
-// Plays `games` random games of at most `plies` plies from each FEN of `fens` and calls visit(fen, ply)
-// on every position reached, before the next random legal move is made. A game ends early at mate or
-// stalemate; the whole walk stops when visit returns false. False when a FEN is refused.
-template <typename Fens, typename Visit>
-bool WalkRandomGames(const Fens& fens, uint64_t seed, int games, int plies, Visit visit) {
-  Random random(seed);
-  for (const char* fen : fens) {
-    for (int game = 0; game < games; ++game) {
-      if (SetUpPosition(fen) != 1) return false;
-      for (int ply = 0; ply < plies; ++ply) {
-        if (!visit(fen, ply)) return true;
-        const std::vector<Move> legal = LegalMoves();
-        if (legal.empty()) break;
-        PlayMove(legal[random.Below(static_cast<int>(legal.size()))]);
-      }
-    }
-  }
-  return true;
-}
 
 }  // namespace vorlek::test

@@ -170,16 +170,8 @@ EngineRun RunWithInput(const std::string& input, const std::optional<std::string
 }
 
 EngineRun RunCommand(const std::string& command, const Files& files) {
-  TemporaryDirectory dir;
-  for (const auto& [name, contents] : files) dir.WriteFile(name, contents);
-  EngineRun run;
-  FILE* pipe = popen(("cd '" + dir.Path() + "' && " + command).c_str(), "r");
-  if (!pipe) return run;
-  char buffer[4096];
-  for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.output.append(buffer, n);
-  const int status = pclose(pipe);
-  run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return run;
+  EngineSession shell("/bin/sh", {"-c", command}, std::nullopt, files);
+  return shell.Finish();
 }
 
 EngineRun RunOnTerminal(const std::string& keys, const std::optional<std::string>& book) {

@@ -10,10 +10,6 @@
 namespace vorlek::test {
 namespace {
 
-EngineRun RunTool(const std::string& command, const std::string& file = "", const std::string& contents = "") {
-  return RunCommand(command, file.empty() ? Files{} : Files{{file, contents}});
-}
-
 // The number after `label` in `output`, or -1 when the label is missing.
 int NumberAfter(const std::string& output, const std::string& label) {
   const size_t at = output.find(label);
@@ -22,7 +18,7 @@ int NumberAfter(const std::string& output, const std::string& label) {
 
 // The shipped book leaves room for a user's own lines: at least 45 of the 300 positions (15%) free.
 TEST(BookTool, PassesTheShippedBook) {
-  const EngineRun run = RunTool("'" VORLEK_BOOK_BINARY "' check '" VORLEK_SOURCE_DIR "/Aperture.txt' 2>&1");
+  const EngineRun run = RunCommand("'" VORLEK_BOOK_BINARY "' check '" VORLEK_SOURCE_DIR "/Aperture.txt' 2>&1");
   EXPECT_EQ(run.exitStatus, 0) << run.output;
   EXPECT_NE(run.output.find("the engine loads this book"), std::string::npos) << run.output;
   EXPECT_EQ(run.output.find("warning"), std::string::npos) << run.output;
@@ -34,7 +30,7 @@ TEST(BookTool, PassesTheShippedBook) {
 
 // The node-count signature of the built-in positions at depth 5 (the default depth 7 gives 107759746).
 TEST(Bench, SignatureAtDepthFive) {
-  const EngineRun run = RunTool("'" VORLEK_BENCH_BINARY "' 5 2>/dev/null");
+  const EngineRun run = RunCommand("'" VORLEK_BENCH_BINARY "' 5 2>/dev/null");
   ASSERT_EQ(run.exitStatus, 0);
   const std::string last = "\ntotal 4556387\n";
   ASSERT_GT(run.output.size(), last.size());
