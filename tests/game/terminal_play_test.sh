@@ -3,9 +3,10 @@
 # console mode), in a folder with a book. e2e4 moves the pawn on the drawn board, "go" makes the engine
 # answer for black, and "quit" ends the process and with it the session. Skips (77) without tmux.
 set -u
-engine="$1"
+# The pane starts in the book's folder: paths given relative to the caller's folder are made absolute.
+engine=$(realpath "$1") && book=$(realpath "$2") || exit 1
 command -v tmux >/dev/null 2>&1 || { echo "SKIP: tmux is not installed"; exit 77; }
-dir=$(mktemp -d "${TMPDIR:-/tmp}/vorlek-terminal-test.XXXXXX") && cp "$2" "$dir/Aperture.txt" || exit 1
+dir=$(mktemp -d "${TMPDIR:-/tmp}/vorlek-terminal-test.XXXXXX") && cp "$book" "$dir/Aperture.txt" || exit 1
 # A private tmux server, so that no session of the user is seen or touched.
 tm() { tmux -L "vorlek-test-$$" -f /dev/null "$@"; }
 trap 'tm kill-server 2>/dev/null; rm -rf "$dir"' EXIT

@@ -1,5 +1,5 @@
 // vorlek-uci as a UCI interface drives it: the real program on pipes, its replies byte for byte, the
-// position command against set-up positions, fixed-depth searches against the bench, and a search that is
+// position command against set-up positions, a fixed-depth search's node count, and a search that is
 // answered, stopped and quit while it runs.
 #include <gtest/gtest.h>
 
