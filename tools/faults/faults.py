@@ -39,8 +39,8 @@ FAULTS = [
  # ---- line reader
  ("game/line_reader.cpp", "    if (length < LINE_SIZE - 2) {", "    if (length < LINE_SIZE - 1) {", "line length limit"),
  # ---- user move
- ("game/user_move.cpp", "  if (promotion < 0) return MOVE_BAD_PROMOTION;", "  if (promotion < 0) return MOVE_NOT_FOUND;", "bad promotion code"),
- ("game/user_move.cpp", "  return MakeMoveIfLegal(move) ? MOVE_OK : MOVE_LEAVES_CHECK;", "  return (MakeMoveIfLegal(move) || true) ? MOVE_OK : MOVE_LEAVES_CHECK;", "move reader calls an illegal move made"),
+ ("board/user_move.cpp", "  if (promotion < 0) return MOVE_BAD_PROMOTION;", "  if (promotion < 0) return MOVE_NOT_FOUND;", "bad promotion code"),
+ ("board/user_move.cpp", "  return MakeMoveIfLegal(move) ? MOVE_OK : MOVE_LEAVES_CHECK;", "  return (MakeMoveIfLegal(move) || true) ? MOVE_OK : MOVE_LEAVES_CHECK;", "move reader calls an illegal move made"),
  # ---- game end
  ("game/game_end.cpp", "  if (current->repetition == 2) return RESULT_REPETITION;", "  if (current->repetition >= 2) return RESULT_REPETITION;", "fourth occurrence reported"),
  ("game/game_end.cpp", "  if (HasLegalMove()) return current->fifty >= 100 ? RESULT_FIFTY_MOVES : RESULT_NONE;", "  if (HasLegalMove()) return current->fifty >= 99 ? RESULT_FIFTY_MOVES : RESULT_NONE;", "fifty-move threshold"),
@@ -171,8 +171,8 @@ FAULTS = [
  ("uci/uci_loop.cpp", "  } else if (command == \"ponderhit\") {\n    search_.PonderHit();", "  } else if (command == \"ponderhit\") {", "ponderhit ignored"),
  ("uci/uci_loop.cpp", "  } else if (command == \"quit\") {\n    search_.Stop();\n    return false;", "  } else if (command == \"quit\") {\n    search_.Finish();\n    return false;", "quit waits for an infinite search"),
  ("uci/uci_position.cpp", "      RestoreGame(before);", "", "illegal move leaves a half-made game"),
- ("uci/uci_position.cpp", "  const int promotion = ReadPromotionLetter(text.size() == 5 ? static_cast<char>(std::tolower(text[4])) : '\\0');", "  const int promotion = ReadPromotionLetter(text.size() == 5 ? text[4] : '\\0');", "upper-case promotion letter"),
- ("uci/uci_position.cpp", "  return move != MOVE_NONE && MakeMoveIfLegal(move);", "  return move != MOVE_NONE && (MakeMoveIfLegal(move) || true);", "position accepts illegal moves"),
+ ("uci/uci_position.cpp", "  if (text.size() == 5) text[4] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[4])));", "", "upper-case promotion letter"),
+ ("uci/uci_position.cpp", "  return ReadUserMove(text.c_str()) == MOVE_OK;", "  return ReadUserMove(text.c_str()) != MOVE_NOT_FOUND;", "position accepts illegal moves"),
  ("uci/uci_go.cpp", "      number(r.time[1]);", "      number(r.time[0]);", "btime read as wtime"),
  ("uci/uci_go.cpp", "  if (r.mate > 0) limits.maxDepth = std::min(limits.maxDepth, 2 * r.mate);", "", "mate limit"),
  ("uci/uci_go.cpp", "    allotment.budget += r.increment[us] * MICROSECONDS_PER_MILLISECOND;", "", "increment not spent"),
@@ -193,6 +193,11 @@ FAULTS += [
     ('board/attacks.h', 'constexpr int KNIGHT_STEPS[8][2] = {{-2, -1}, {-1, -2}, {1, -2}, {2, -1}, {-2, 1}, {-1, 2}, {1, 2}, {2, 1}};', 'constexpr int KNIGHT_STEPS[8][2] = {{-2, -1}, {-1, -2}, {1, -2}, {2, -1}, {-2, 1}, {-1, 2}, {1, 2}, {2, 2}};', 'knight step wrong'),
     ('board/attacks.h', 'constexpr int RAY_STEPS[8][2] = {{1, -1}, {-1, 1}, {-1, -1}, {1, 1}, {0, -1}, {0, 1}, {-1, 0}, {1, 0}};', 'constexpr int RAY_STEPS[8][2] = {{-1, 1}, {1, -1}, {-1, -1}, {1, 1}, {0, -1}, {0, 1}, {-1, 0}, {1, 0}};', 'ray directions swapped'),
     ('board/attacks.h', 'constexpr int KING_STEPS[8][2] = {{-1, -1}, {0, -1}, {1, -1}, {-1, 0}, {1, 0}, {-1, 1}, {0, 1}, {1, 1}};', 'constexpr int KING_STEPS[8][2] = {{-1, -1}, {0, -1}, {1, -1}, {-1, 0}, {1, 0}, {-1, 1}, {0, 1}, {0, 1}};', 'king step missing'),
+]
+
+# the move reader
+FAULTS += [
+    ('board/user_move.cpp', '  KeepRoomAboveHistory();\n', '', 'history not slid before a typed move'),
 ]
 
 # Faults that change nothing any test (or user) can see, each checked by hand, and why.
