@@ -182,10 +182,7 @@ FAULTS = [
  ("uci/uci_search.cpp", "    Send(\"bestmove 0000\");", "    Send(\"bestmove (none)\");", "bestmove with no move"),
  ("uci/uci_book.cpp", "  return {name, executableFolder + \"/\" + name, executableFolder + \"/../share/vorlek/\" + name};", "  return {name};", "book not looked for beside the engine"),
  ("uci/uci_book.cpp", "    ClearBook();\n    std::string message", "    std::string message", "half-loaded book kept"),
-]
-
-# tables
-FAULTS += [
+    # ---- tables
     ('board/square_table.cpp', '      const int printed = (7 - (sq >> 3)) * 8 + (sq & 7);', '      const int printed = sq;', 'square bonus table read upside down'),
     ('board/square_table.cpp', '     0,  -5, -5, 0,  0,  0,  -5, 0},', '     0,  -5, -5, 0,  0,  0,  0,  0},', 'one rook square bonus'),
     ('board/square_table.cpp', '      SquareTable.slots[type | 8][sq].value = value;', '      SquareTable.slots[type | 8][sq].value = value + (sq == 0);', 'one colour with another value'),
@@ -193,10 +190,7 @@ FAULTS += [
     ('board/attacks.h', 'constexpr int KNIGHT_STEPS[8][2] = {{-2, -1}, {-1, -2}, {1, -2}, {2, -1}, {-2, 1}, {-1, 2}, {1, 2}, {2, 1}};', 'constexpr int KNIGHT_STEPS[8][2] = {{-2, -1}, {-1, -2}, {1, -2}, {2, -1}, {-2, 1}, {-1, 2}, {1, 2}, {2, 2}};', 'knight step wrong'),
     ('board/attacks.h', 'constexpr int RAY_STEPS[8][2] = {{1, -1}, {-1, 1}, {-1, -1}, {1, 1}, {0, -1}, {0, 1}, {-1, 0}, {1, 0}};', 'constexpr int RAY_STEPS[8][2] = {{-1, 1}, {1, -1}, {-1, -1}, {1, 1}, {0, -1}, {0, 1}, {-1, 0}, {1, 0}};', 'ray directions swapped'),
     ('board/attacks.h', 'constexpr int KING_STEPS[8][2] = {{-1, -1}, {0, -1}, {1, -1}, {-1, 0}, {1, 0}, {-1, 1}, {0, 1}, {1, 1}};', 'constexpr int KING_STEPS[8][2] = {{-1, -1}, {0, -1}, {1, -1}, {-1, 0}, {1, 0}, {-1, 1}, {0, 1}, {0, 1}};', 'king step missing'),
-]
-
-# the move reader
-FAULTS += [
+    # ---- the move reader
     ('board/user_move.cpp', '  KeepRoomAboveHistory();\n', '', 'history not slid before a typed move'),
 ]
 
