@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string>
 
+#include "app/command_line.h"
 #include "search/bench.h"
 #include "search/hash_table.h"
 #include "uci/uci_loop.h"
@@ -23,9 +24,18 @@ std::string ExecutableFolder() {
   return file.substr(0, file.rfind('/'));
 }
 
+constexpr vorlek::ProgramText PROGRAM = {
+    "vorlek-uci",
+    "usage: vorlek-uci [bench [DEPTH] | --help | --version]\n"
+    "  Without arguments: the Vorlek chess engine under the UCI protocol, on standard input and output,\n"
+    "  for UCI interfaces, tournament runners and testing frameworks (type \"uci\" to begin).\n"
+    "  bench [DEPTH]: searches the built-in bench positions to DEPTH (default 7) and ends with the line\n"
+    "  \"N nodes M nps\".\n"};
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (const auto status = vorlek::AnswerCommonOptions(argc, argv, PROGRAM)) return *status;
   if (argc > 1 && std::strcmp(argv[1], "bench") == 0) {
     int depth = vorlek::DEFAULT_BENCH_DEPTH;
     if (argc == 3) {
@@ -35,10 +45,7 @@ int main(int argc, char** argv) {
     }
     if (argc <= 3 && depth > 0) return vorlek::uci::RunUciBench(stdout, depth);
   }
-  if (argc > 1) {
-    std::fprintf(stderr, "usage: vorlek-uci [bench [DEPTH]]\n");
-    return 2;
-  }
+  if (argc > 1) return vorlek::UsageError(PROGRAM);
   // The table is faulted in while the interface sets the engine up.
   vorlek::StartHashTablePrefault();
   return vorlek::uci::RunUci(stdin, stdout, ExecutableFolder());

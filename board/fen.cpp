@@ -7,7 +7,6 @@ namespace vorlek {
 
 namespace {
 
-constexpr int FEN_COPY_SIZE = 200;
 constexpr int FEN_FIELDS = 6;
 
 // Splits the copy into blank-separated fields in place; absent fields stay null.
@@ -81,9 +80,9 @@ bool ReadPlacement(Position& p, const char* placement) {
 }  // namespace
 
 int SetBoard(Position& position, const char* text) {
-  char copy[FEN_COPY_SIZE];
-  std::strncpy(copy, text, FEN_COPY_SIZE - 1);
-  copy[FEN_COPY_SIZE - 1] = '\0';
+  char copy[MAX_FEN_LENGTH + 1];
+  std::strncpy(copy, text, MAX_FEN_LENGTH);
+  copy[MAX_FEN_LENGTH] = '\0';
   const char* fields[FEN_FIELDS];
   SplitFields(copy, fields);
 

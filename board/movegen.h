@@ -1,7 +1,8 @@
 // board/movegen.h — pseudo-legal move generation for the side to move.
 // Every caller (move reader, game-end test, book loader, search, quiescence search) uses these two
 // generators; callers that need another order reorder what they produce. Each piece set is exactly the
-// men of its code: a record holding code 7 (no position reached by moves does) has no moves for it.
+// men of its code, except the kings: those are read from the two planes type1 and type2 alone, as the check
+// test reads them, so that a man of code 7 (no position reached by moves holds one) moves as a king.
 #pragma once
 #include "board/attacks.h"
 #include "board/castling.h"
@@ -69,7 +70,8 @@ constexpr Bitboard KING_SIDE_KINGS = SquareBit(G2);
 inline bool PathAttacked(const Position& p, Bitboard path, Bitboard kingSquares) {
   const Bitboard occupancy = Occupancy(p);
   const Bitboard enemy = occupancy ^ p.own;
-  if (enemy & ((KnightsAround(path) & Knights(p)) | (EnemyPawnAttackers(path) & Pawns(p)) | (kingSquares & Kings(p)))) {
+  if (enemy &
+      ((KnightsAround(path) & Knights(p)) | (EnemyPawnAttackers(path) & Pawns(p)) | (kingSquares & KingPlanes(p)))) {
     return true;
   }
   const Bitboard straight = enemy & (Rooks(p) | Queens(p)), diagonal = enemy & (Bishops(p) | Queens(p));
@@ -109,8 +111,8 @@ inline Bitboard PawnPushTargets(const Position& p, int square) {
 // generated move finds its men where it says.
 inline bool MenWhereTheMoveSays(const Position& p, Move move) {
   switch (MoveKind(move)) {
-    case KIND_CASTLE_KING_SIDE: return (p.own & Kings(p) & SquareBit(E1)) && (p.own & Rooks(p) & SquareBit(H1));
-    case KIND_CASTLE_QUEEN_SIDE: return (p.own & Kings(p) & SquareBit(E1)) && (p.own & Rooks(p) & SquareBit(A1));
+    case KIND_CASTLE_KING_SIDE: return (p.own & KingPlanes(p) & SquareBit(E1)) && (p.own & Rooks(p) & SquareBit(H1));
+    case KIND_CASTLE_QUEEN_SIDE: return (p.own & KingPlanes(p) & SquareBit(E1)) && (p.own & Rooks(p) & SquareBit(A1));
     case KIND_EN_PASSANT:
       return !(Occupancy(p) & SquareBit(MoveTo(move))) && (Opponent(p) & Pawns(p) & SquareBit(MoveTo(move) - 8));
     default: return true;
@@ -156,7 +158,7 @@ inline void GenerateCaptures(const Position& p, ScoredMoveList& list) {
                 [&](int s) { detail::AddPieceCaptures(p, list, ROOK, s, RookAttacks(s, occupancy) & opponent); });
   ForEachSquare(own & Queens(p),
                 [&](int s) { detail::AddPieceCaptures(p, list, QUEEN, s, QueenAttacks(s, occupancy) & opponent); });
-  const Bitboard kings = own & Kings(p);
+  const Bitboard kings = own & KingPlanes(p);
   if (kings) {
     const int s = LowestSquare(kings);
     detail::AddPieceCaptures(p, list, KING, s, KingAttacks[s] & opponent);
@@ -171,13 +173,13 @@ inline void GenerateQuiets(const Position& p, MoveSetList& sets, MoveList& list)
   const Bitboard empty = ~occupancy;
   const Bitboard opponent = occupancy ^ own;
   const Bitboard pawns = own & Pawns(p), knights = own & Knights(p), bishops = own & Bishops(p);
-  const Bitboard rooks = own & Rooks(p), queens = own & Queens(p), kings = own & Kings(p);
+  const Bitboard rooks = own & Rooks(p), queens = own & Queens(p), kings = own & KingPlanes(p);
 
   // Check squares around the opponent's king; none when the record has no such king.
   Bitboard rookChecks = 0, bishopChecks = 0, knightChecks = 0, pawnChecks = 0;
   Bitboard discoverers = 0, kingLine = 0;
-  if (opponent & Kings(p)) {
-    const int k = LowestSquare(opponent & Kings(p));
+  if (opponent & KingPlanes(p)) {
+    const int k = LowestSquare(opponent & KingPlanes(p));
     rookChecks = RookAttacks(k, occupancy);
     bishopChecks = BishopAttacks(k, occupancy);
     knightChecks = KnightAttacks[k];
@@ -240,13 +242,14 @@ inline bool IsGeneratedMove(const Position& p, Move m) {
   const bool victimThere = (opponent & T) && PieceAt(p, to) == victim;
   // The squares a piece of that code on `from` reaches; a king only from the lowest own king square.
   auto reaches = [&](int piece) -> Bitboard {
-    if (!(p.own & F) || PieceAt(p, from) != piece) return 0;
+    if (!(p.own & F)) return 0;
+    if (piece == KING) return LowestSquare(p.own & KingPlanes(p)) == from ? KingAttacks[from] : 0;
+    if (PieceAt(p, from) != piece) return 0;
     switch (piece) {
       case KNIGHT: return KnightAttacks[from];
       case BISHOP: return BishopAttacks(from, occupancy);
       case ROOK: return RookAttacks(from, occupancy);
       case QUEEN: return QueenAttacks(from, occupancy);
-      case KING: return LowestSquare(p.own & Kings(p)) == from ? KingAttacks[from] : 0;
       default: return 0;
     }
   };

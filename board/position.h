@@ -36,8 +36,8 @@ constexpr Bitboard Rooks(const Position& p) { return p.type2 & ~p.type0 & ~p.typ
 constexpr Bitboard Queens(const Position& p) { return p.type0 & p.type2 & ~p.type1; }
 constexpr Bitboard Kings(const Position& p) { return p.type1 & p.type2 & ~p.type0; }
 
-// Sets read from fewer planes, as the check test and the evaluation define them. Each also holds the
-// squares of code 7, which no position reached by moves has.
+// Sets read from fewer planes, as the check test, the evaluation and (for the kings) the move generators
+// define them. Each also holds the squares of code 7, which no position reached by moves has.
 constexpr Bitboard KingPlanes(const Position& p) { return p.type1 & p.type2; }                    // kings
 constexpr Bitboard BishopPlanes(const Position& p) { return p.type0 & p.type1; }                  // bishops
 constexpr Bitboard StraightSliders(const Position& p) { return p.type2 & (p.type0 | ~p.type1); }  // rooks, queens

@@ -106,11 +106,10 @@ void InitSquareTable() {
 
   for (int type = 0; type < 8; ++type) {
     for (int sq = 0; sq < 64; ++sq) {
-      // The printed table has rank 8 first; square sq sits on row 7 - rank.
-      const int printed = (7 - (sq >> 3)) * 8 + (sq & 7);
-      const int value = PIECE_SQUARE_PRINTED[type][printed] + pieceValue[type];
+      // The printed table has rank 8 first, so square sq stands where the printed board has its mirror.
+      const int value = PIECE_SQUARE_PRINTED[type][Mirror(sq)] + pieceValue[type];
       SquareTable.slots[type][sq].value = value;
-      SquareTable.slots[type | 8][sq].value = value;
+      SquareTable.slots[type | WHITE_PIECE][sq].value = value;
     }
   }
 }

@@ -94,4 +94,11 @@ Move PickBookMove(uint64_t key) {
   return entry->moves[slot];
 }
 
+Move NextBookMove(int& useBook, const Position& p) {
+  if (!useBook) return MOVE_NONE;
+  const Move move = PickBookMove(p.key);
+  if (!move) useBook = 0;
+  return move;
+}
+
 }  // namespace vorlek

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "board/move.h"
+#include "board/position.h"
 
 namespace vorlek {
 
@@ -42,5 +43,10 @@ const BookEntry* FindBookEntry(uint64_t key);
 // One of the moves of the position with this key, each used slot equally likely (the C library's rand(),
 // never seeded, so a fresh run makes the same choices), or MOVE_NONE when the position is not in the book.
 Move PickBookMove(uint64_t key);
+
+// Book move or search, the rule of both front ends: while `useBook` is set, the book's move for p; the
+// first position not in the book clears `useBook`, and the game stays out of the book until a new game,
+// even where it comes back into it. MOVE_NONE: search.
+Move NextBookMove(int& useBook, const Position& p);
 
 }  // namespace vorlek

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "game/book.h"
-#include "game/game_state.h"
+#include "game/line_reader.h"
 
 namespace vorlek {
 

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 #include <cstring>
 
@@ -17,6 +18,7 @@
 #include "game/game_end.h"
 #include "game/game_state.h"
 #include "game/line_reader.h"
+#include "game/new_game.h"
 
 namespace vorlek {
 
@@ -94,15 +96,52 @@ bool Handshake(FILE* in, FILE* out) {
   return true;
 }
 
-// Standard error, which no interface reads as protocol, says where the book was looked for: interfaces
-// often start engines in a folder of their own choosing.
+// Standard error, which no interface reads as protocol, says what the designed messages leave out: which
+// folder the engine works in (interfaces often start engines in a folder of their own choosing), and what
+// exactly is wrong with a book or a log.
+struct WorkingFolder {
+  char path[4096];
+  WorkingFolder() {
+    if (!getcwd(path, sizeof path)) std::snprintf(path, sizeof path, "%s", "(sconosciuta)");
+  }
+};
+
 void ExplainMissingBook() {
-  char folder[4096];
-  if (!getcwd(folder, sizeof folder)) std::snprintf(folder, sizeof folder, "%s", "(sconosciuta)");
   std::fprintf(stderr,
                "vorlek: Aperture.txt non trovato nella cartella di lavoro %s: avviare il motore nella cartella che "
                "contiene Aperture.txt (la compilazione ne mette una copia accanto all'eseguibile) o copiarvelo\n",
-               folder);
+               WorkingFolder().path);
+  std::fflush(stderr);
+}
+
+const char* BookFailureReason(const BookFileResult& result) {
+  if (result.lineTooLong) return "la riga supera i 198 caratteri";
+  switch (result.status) {
+    case BookStatus::BAD_MOVE: return "non è una mossa della posizione a cui arriva la riga";
+    case BookStatus::TABLE_FULL: return "porta a una posizione nuova, ma il libro ne tiene al più 300";
+    case BookStatus::ENTRY_FULL: return "è la nona mossa diversa della stessa posizione, ma il libro ne tiene al più 8";
+    case BookStatus::OK: break;
+  }
+  return "";
+}
+
+void ExplainBadBook(const BookFileResult& result) {
+  const WorkingFolder folder;
+  std::fprintf(stderr, "vorlek: %s/Aperture.txt, riga %d", folder.path, result.lines);
+  if (!result.lineTooLong) {
+    std::fprintf(stderr, ", mossa \"");
+    for (int i = 0; i < result.tokenLength; ++i) {
+      const unsigned char c = static_cast<unsigned char>(result.line[result.tokenStart + i]);
+      if (c >= 32 && c < 127) {
+        std::fputc(c, stderr);
+      } else {
+        std::fprintf(stderr, "\\x%02x", c);
+      }
+    }
+    std::fprintf(stderr, "\"");
+  }
+  std::fprintf(stderr, ": %s; i dettagli con: vorlek-book check %s/Aperture.txt\n", BookFailureReason(result),
+               folder.path);
   std::fflush(stderr);
 }
 
@@ -115,14 +154,28 @@ bool LoadBook(FILE* out) {
     ExplainMissingBook();
     return false;
   }
-  const BookStatus status = LoadBookFile(book).status;
+  const BookFileResult result = LoadBookFile(book);
   std::fclose(book);
-  if (status != BookStatus::OK) {
-    std::fprintf(out, "%s", BookFailureMessage(status));
+  if (result.status != BookStatus::OK) {
+    std::fprintf(out, "%s", BookFailureMessage(result.status));
     std::fflush(out);
+    ExplainBadBook(result);
     return false;
   }
   return true;
+}
+
+// The game goes on without a log when it cannot be written; standard error says so once.
+FILE* OpenLog() {
+  FILE* log = std::fopen("partita.log", "w");
+  if (!log) {
+    std::fprintf(stderr,
+                 "vorlek: non posso scrivere partita.log nella cartella di lavoro %s (%s): la partita non viene "
+                 "registrata\n",
+                 WorkingFolder().path, std::strerror(errno));
+    std::fflush(stderr);
+  }
+  return log;
 }
 
 void OpponentMove(FILE* out, const char* line) {
@@ -149,11 +202,13 @@ bool Execute(FILE* out, char* line, LineRead read) {
     std::fflush(out);
   } else if (std::strcmp(line, "new") == 0) {
     NewGame();
+    ResetClocks();
     engineSide = BLACK;
     gameResult = RESULT_NONE;
   } else if (std::strcmp(line, "undo") == 0) {
   } else if (InRange(line, "setboard  ", "setboard z")) {
     NewGame();
+    ResetClocks();
     SetBoard(*current, line + 9);
   } else if (std::strcmp(line, "draw") == 0) {
   } else if (std::strcmp(line, "force") == 0) {
@@ -207,8 +262,9 @@ int RunEngine(FILE* in, FILE* out, bool consoleMode) {
   }
   InitTables();
   NewGame();
+  ResetClocks();
   if (!LoadBook(out)) return 0;
-  logFile = std::fopen("partita.log", "w");
+  logFile = OpenLog();
   engineSide = SIDE_NONE;
   gameResult = RESULT_NONE;
 

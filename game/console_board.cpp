@@ -45,17 +45,11 @@ constexpr char pieceLetters[] = "pcatdr  PCATDR";
 }  // namespace
 
 void ShowBoard() {
-  const Position& p = *current;
-  Bitboard white = p.own, type0 = p.type0, type1 = p.type1, type2 = p.type2;
-  if (p.side == BLACK) {
-    white = MirrorBoard(Occupancy(p) ^ p.own);
-    type0 = MirrorBoard(type0);
-    type1 = MirrorBoard(type1);
-    type2 = MirrorBoard(type2);
-  }
+  // Always from white's side: a record stored from black's view is turned over first.
+  Position p = *current;
+  if (p.side == BLACK) FlipBoard(p);
   for (int sq = 0; sq < 64; ++sq) {
-    int code = static_cast<int>(((type2 >> sq) & 1) * 4 + ((type1 >> sq) & 1) * 2 + ((type0 >> sq) & 1));
-    if ((white >> sq) & 1) code += 8;
+    const int code = PieceAt(p, sq) + ((p.own & SquareBit(sq)) ? WHITE_PIECE : 0);
     const char c = (code >= 1 && code <= 14) ? pieceLetters[code - 1] : ' ';
     boardTemplate[42 + 72 * (7 - sq / 8) + 4 * (sq % 8)] = c;
   }

@@ -7,6 +7,7 @@
 #include "board/notation.h"
 #include "game/book.h"
 #include "game/game_state.h"
+#include "game/new_game.h"
 #include "game/thinking_output.h"
 #include "search/deepening.h"
 #include "search/time_control.h"
@@ -31,11 +32,7 @@ SearchLimits ClockLimits() {
 
 bool Think(char* moveText) {
   KeepRoomAboveHistory();
-  Move move = MOVE_NONE;
-  if (useBook) {
-    move = PickBookMove(current->key);
-    if (!move) useBook = 0;
-  }
+  Move move = NextBookMove(useBook, *current);
   if (!move) {
     ThinkingOutput output;
     move = IterativeDeepening(ClockLimits(), output);

@@ -2,10 +2,6 @@
 
 #include <cstdarg>
 
-#include "board/history.h"
-#include "board/position.h"
-#include "search/deepening.h"
-
 namespace vorlek {
 
 void WriteLog(const char* format, ...) {
@@ -17,10 +13,7 @@ void WriteLog(const char* format, ...) {
   std::fflush(logFile);
 }
 
-void NewGame() {
-  StartGame(InitialPosition());
-  NewSearchGame();
-  useBook = 1;
+void ResetClocks() {
   levelMoves = 0;
   engineTime = 30000;
   opponentTime = 30000;

@@ -1,7 +1,5 @@
 #include "game/line_reader.h"
 
-#include "game/game_state.h"
-
 namespace vorlek {
 
 LineRead ReadLine(FILE* in, char* line, bool& newline) {

@@ -5,6 +5,8 @@
 
 namespace vorlek {
 
+constexpr int LINE_SIZE = 200;  // 198 characters, the newline and the terminator
+
 enum class LineRead { END_OF_INPUT, LINE, TOO_LONG };
 
 // Reads one line without its newline into `line` (LINE_SIZE bytes). A line of more than

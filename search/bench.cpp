@@ -11,8 +11,6 @@ namespace vorlek {
 
 namespace {
 
-constexpr size_t MAX_FEN_LENGTH = 199;  // the FEN reader keeps this much of its text
-
 double CpuSeconds() {
   timespec t;
   clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
@@ -66,7 +64,7 @@ std::vector<std::string> BenchPositions() {
 const std::string* FirstRefusedPosition(const std::vector<std::string>& fens) {
   for (const std::string& fen : fens) {
     Position scratch = InitialPosition();
-    if (fen.size() > MAX_FEN_LENGTH || !SetBoard(scratch, fen.c_str())) return &fen;
+    if (fen.size() > size_t{MAX_FEN_LENGTH} || !SetBoard(scratch, fen.c_str())) return &fen;
   }
   return nullptr;
 }
@@ -84,10 +82,9 @@ BenchResult RunBench(const std::vector<std::string>& fens, int depth, IterationL
     uint64_t nodes = 0;
   } counting(listener);
   for (const std::string& fen : fens) {
-    current = PositionStack;
-    *current = InitialPosition();
-    NewSearchGame();
-    SetBoard(*current, fen.c_str());
+    Position setUp = InitialPosition();
+    SetBoard(setUp, fen.c_str());
+    NewSearchGame(setUp);
     SearchLimits limits;
     limits.maxDepth = depth;
     const auto start = std::chrono::steady_clock::now();

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "board/all_moves.h"
+#include "board/history.h"
 #include "board/make_move.h"
 #include "board/movegen.h"
 #include "search/hash_table.h"
@@ -46,7 +47,8 @@ Move RootMove() {
 
 }  // namespace
 
-void NewSearchGame() {
+void NewSearchGame(const Position& start) {
+  StartGame(start);
   ClearHashTable();
   searchDepth = 4;
 }
@@ -78,7 +80,7 @@ Move IterativeDeepening(const SearchLimits& limits, IterationListener& listener)
     listener.Finished({searchDepth, score, elapsed, nodes, line, length, current->side});
 
     ++searchDepth;
-    const bool mate = score < -14999 || score > 14999;
+    const bool mate = IsMateScore(score);
     const int64_t clockStarted = clockStart.load();
     const bool timeUp = clockStarted != 0 && now - clockStarted >= limits.iterationLimit;
     if (timeUp || searchDepth > limits.maxDepth || mate) break;

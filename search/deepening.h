@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "board/move.h"
+#include "board/position.h"
 #include "board/types.h"
 #include "search/search.h"
 
@@ -50,7 +51,8 @@ class IterationListener {
 // move has none. The current position is unchanged.
 Move IterativeDeepening(const SearchLimits& limits, IterationListener& listener);
 
-// A new game for the search: the table of remembered moves cleared, the deepening begins at depth 1 again.
-void NewSearchGame();
+// A new game for the search from `start`: the game on the position stack is `start` alone, the table of
+// remembered moves is cleared and the deepening begins at depth 1 again.
+void NewSearchGame(const Position& start);
 
 }  // namespace vorlek

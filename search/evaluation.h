@@ -37,7 +37,7 @@ constexpr int16_t KING_ENDGAME_PRINTED[64] = {
 constexpr std::array<int16_t, 128> KingTable(const int16_t (&printed)[64]) {
   std::array<int16_t, 128> t{};
   for (int sq = 0; sq < 64; ++sq) {
-    t[sq] = printed[(7 - (sq >> 3)) * 8 + (sq & 7)];
+    t[sq] = printed[Mirror(sq)];  // the printed table has rank 8 first
   }
   for (int sq = 0; sq < 64; ++sq) t[64 + sq] = t[Mirror(sq)];
   return t;

@@ -9,6 +9,9 @@ constexpr int MATE_SCORE = 15000;     // a side mated at remaining depth d score
 constexpr int ILLEGAL_SCORE = 15100;  // the side to move can capture the enemy king
 constexpr int MAX_SEARCH_DEPTH = 32;
 
+// A score that says a side is mated (ILLEGAL_SCORE is beyond it too).
+constexpr bool IsMateScore(int score) { return score <= -MATE_SCORE || score >= MATE_SCORE; }
+
 inline uint64_t nodes = 0;  // nodes of the current iteration
 
 constexpr int64_t NO_TIME_LIMIT = INT64_MAX;

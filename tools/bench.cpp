@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "app/command_line.h"
 #include "board/init_tables.h"
 #include "board/notation.h"
 
@@ -17,10 +18,12 @@ using namespace vorlek;
 
 namespace {
 
-int Usage() {
-  std::fprintf(stderr, "usage: vorlek-bench [DEPTH [FENFILE]]\n");
-  return 2;
-}
+constexpr ProgramText PROGRAM = {
+    "vorlek-bench",
+    "usage: vorlek-bench [DEPTH [FENFILE]] | --help | --version\n"
+    "  Searches fixed positions (the built-in ones, or one FEN a line of FENFILE) with the engine's own\n"
+    "  deepening from depth 1 to DEPTH (default 7), prints every iteration as \"depth score nodes moves\"\n"
+    "  and the total, the engine's signature. Search time and speed go to standard error.\n"};
 
 // The positions of a file, one FEN a line; blank lines (and the carriage returns of a DOS file) carry none.
 bool ReadFenFile(const char* path, std::vector<std::string>& fens) {
@@ -58,7 +61,8 @@ class BenchOutput : public IterationListener {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc > 3) return Usage();
+  if (const auto status = AnswerCommonOptions(argc, argv, PROGRAM)) return *status;
+  if (argc > 3) return UsageError(PROGRAM);
   int depth = DEFAULT_BENCH_DEPTH;
   if (argc > 1) {
     char* end;

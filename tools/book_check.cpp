@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "app/command_line.h"
 #include "board/all_moves.h"
 #include "board/init_tables.h"
 #include "board/make_move.h"
@@ -21,12 +22,13 @@ namespace {
 
 constexpr char DEFAULT_BOOK[] = "Aperture.txt";
 
-constexpr char USAGE[] =
-    "usage: vorlek-book check [FILE]\n"
+constexpr ProgramText PROGRAM = {
+    "vorlek-book",
+    "usage: vorlek-book check [FILE] | --help | --version\n"
     "  Loads the opening book FILE (default \"Aperture.txt\") exactly as the engine does at start and\n"
     "  explains the line the engine would stop at: a token that is not a move of its position, a 301st\n"
     "  position, a 9th move in one position, or a line longer than 198 characters.\n"
-    "  Exit status: 0 the engine loads the book, 1 it would stop, 2 usage error or unreadable file.\n";
+    "  Exit status: 0 the engine loads the book, 1 it would stop, 2 usage error or unreadable file.\n"};
 
 const char* const PIECE_NAMES[] = {"", "pawn", "knight", "bishop", "rook", "queen", "king", ""};
 
@@ -230,13 +232,11 @@ int Check(const char* path) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0)) {
-    std::printf("%s", USAGE);
+  if (const auto status = AnswerCommonOptions(argc, argv, PROGRAM, {"-h"})) return *status;
+  if (argc == 2 && std::strcmp(argv[1], "-h") == 0) {
+    std::fputs(PROGRAM.usage, stdout);
     return 0;
   }
-  if (argc < 2 || argc > 3 || std::strcmp(argv[1], "check") != 0) {
-    std::fprintf(stderr, "%s", USAGE);
-    return 2;
-  }
+  if (argc < 2 || argc > 3 || std::strcmp(argv[1], "check") != 0) return UsageError(PROGRAM);
   return Check(argc == 3 ? argv[2] : DEFAULT_BOOK);
 }

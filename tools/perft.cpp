@@ -7,8 +7,10 @@
 #include <cstring>
 #include <string>
 
+#include "app/command_line.h"
 #include "board/all_moves.h"
 #include "board/fen.h"
+#include "board/history.h"
 #include "board/init_tables.h"
 #include "board/make_move.h"
 #include "board/notation.h"
@@ -20,21 +22,23 @@ namespace {
 
 constexpr int MAX_PERFT_DEPTH = 64;
 
-int Usage() {
-  std::fprintf(stderr, "usage: vorlek-perft [--divide] DEPTH [FEN]\n");
-  return 2;
-}
+constexpr ProgramText PROGRAM = {
+    "vorlek-perft",
+    "usage: vorlek-perft [--divide] DEPTH [FEN] | --help | --version\n"
+    "  Counts the legal leaf nodes DEPTH plies below a position (default: the initial position), with the\n"
+    "  engine's own move generators, make-move and legality test. --divide gives the count below each move.\n"};
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (const auto status = AnswerCommonOptions(argc, argv, PROGRAM, {"--divide"})) return *status;
   int arg = 1;
   bool divide = false;
   if (arg < argc && std::strcmp(argv[arg], "--divide") == 0) {
     divide = true;
     ++arg;
   }
-  if (arg >= argc) return Usage();
+  if (arg >= argc) return UsageError(PROGRAM);
   char* end;
   const long depth = std::strtol(argv[arg], &end, 10);
   if (*end || depth < 0 || depth > MAX_PERFT_DEPTH) {
@@ -44,15 +48,14 @@ int main(int argc, char** argv) {
   ++arg;
 
   InitTables();
-  current = PositionStack;
-  *current = InitialPosition();
+  StartGame(InitialPosition());
   if (arg < argc) {
     std::string fen;
     for (; arg < argc; ++arg) {
       if (!fen.empty()) fen += ' ';
       fen += argv[arg];
     }
-    if (fen.size() > 198 || !SetBoard(*current, fen.c_str())) {
+    if (fen.size() > size_t{MAX_FEN_LENGTH} || !SetBoard(*current, fen.c_str())) {
       std::fprintf(stderr, "vorlek-perft: position refused: %s\n", fen.c_str());
       return 2;
     }

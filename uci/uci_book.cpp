@@ -30,7 +30,7 @@ int PositionsUsed() {
 
 void ClearBook() { std::memset(Aperture, 0, sizeof Aperture); }
 
-std::string LoadBook(const std::string& name, const std::string& executableFolder) {
+std::string SearchAndLoadBook(const std::string& name, const std::string& executableFolder) {
   ClearBook();
   FILE* book = nullptr;
   std::string path;

@@ -10,7 +10,7 @@ constexpr char DEFAULT_BOOK_FILE[] = "Aperture.txt";
 // folder, then beside the executable, then where an install puts the shipped book (../share/vorlek from the
 // executable's folder). Returns what an interface is told: the file loaded and its positions, or why no
 // book could be loaded; the table is then empty and the engine plays without a book.
-std::string LoadBook(const std::string& name, const std::string& executableFolder);
+std::string SearchAndLoadBook(const std::string& name, const std::string& executableFolder);
 
 // Empties the book table: the engine plays without a book.
 void ClearBook();

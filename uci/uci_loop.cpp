@@ -9,6 +9,7 @@
 #include "board/notation.h"
 #include "board/position.h"
 #include "game/book.h"
+#include "game/new_game.h"
 #include "search/bench.h"
 #include "search/deepening.h"
 #include "uci/uci_book.h"
@@ -34,14 +35,13 @@ class Session {
   explicit Session(std::string executableFolder) : executableFolder_(std::move(executableFolder)) {}
 
   // Acts on one line; false on "quit".
-  bool Execute(const std::string& line);
+  bool ExecuteUciCommand(const std::string& line);
 
   // The input has ended: a search that would end by itself still sends its move.
   void End() { search_.Finish(); }
 
  private:
   void Uci();
-  void NewGame();
   void SetOption(const std::string& arguments);
   void Go(const std::string& arguments);
   void LoadBookIfChanged();
@@ -49,7 +49,6 @@ class Session {
   std::string executableFolder_;
   Options options_;
   bool bookLoaded_ = false;  // the table holds the book the options name
-  bool useBook_ = true;      // book moves are still looked for in this game
   SearchThread search_;
 };
 
@@ -64,12 +63,6 @@ void Session::Uci() {
   Send("option name OwnBook type check default true");
   Send("option name BookFile type string default %s", DEFAULT_BOOK_FILE);
   Send("uciok");
-}
-
-void Session::NewGame() {
-  NewSearchGame();
-  StartGame(InitialPosition());
-  useBook_ = true;
 }
 
 // "setoption name NAME [value VALUE]"; names are compared without regard to case, the value kept as given.
@@ -102,7 +95,7 @@ void Session::LoadBookIfChanged() {
     ClearBook();
     return;
   }
-  Send("info string %s", LoadBook(options_.bookFile, executableFolder_).c_str());
+  Send("info string %s", SearchAndLoadBook(options_.bookFile, executableFolder_).c_str());
 }
 
 void Session::Go(const std::string& arguments) {
@@ -111,61 +104,55 @@ void Session::Go(const std::string& arguments) {
   const GoRequest request = ParseGo(arguments, ignored);
   if (!ignored.empty()) Send("info string go: ignored %s", ignored.c_str());
   KeepRoomAboveHistory();
-  if (PlaysAGameMove(request) && options_.ownBook && useBook_) {
-    const Move move = PickBookMove(current->key);
-    if (move) {
+  if (PlaysAGameMove(request) && options_.ownBook) {
+    if (const Move move = NextBookMove(useBook, *current)) {
       char text[MOVE_TEXT_SIZE];
       MoveToPlainText(text, move, current->side);
       Send("info string book move %s", text);
       Send("bestmove %s", text);
       return;
     }
-    useBook_ = false;  // the game has left the book
   }
   search_.Start(LimitsFor(request, current->side, GamePly()), WaitsForStop(request), request.ponder);
 }
 
-bool Session::Execute(const std::string& line) {
+bool Session::ExecuteUciCommand(const std::string& line) {
   std::istringstream words(line);
-  std::string command;
-  words >> command;
+  std::string word;
+  words >> word;
   std::string arguments;
   std::getline(words >> std::ws, arguments);
 
-  if (command == "uci") {
-    Uci();
-  } else if (command == "isready") {
-    if (!search_.Running()) LoadBookIfChanged();
-    Send("readyok");
-  } else if (command == "ucinewgame") {
-    search_.Stop();
-    NewGame();
-  } else if (command == "setoption") {
-    search_.Stop();
-    SetOption(arguments);
-  } else if (command == "position") {
-    search_.Stop();
-    std::string problem;
-    if (!SetPosition(arguments, problem)) Send("info string %s; the position stays as it was", problem.c_str());
-  } else if (command == "go") {
-    search_.Stop();
-    Go(arguments);
-  } else if (command == "stop") {
-    search_.Stop();
-  } else if (command == "ponderhit") {
-    search_.PonderHit();
-  } else if (command == "quit") {
-    search_.Stop();
-    return false;
-  } else if (command == "debug" || command == "register" || command.empty()) {
-  } else {
-    Send("info string unknown command: %s", line.c_str());
+  const Command command = CommandOf(word);
+  if (!RunsDuringSearch(command)) search_.Stop();
+  switch (command) {
+    case Command::UCI: Uci(); break;
+    case Command::ISREADY:
+      if (!search_.Running()) LoadBookIfChanged();
+      Send("readyok");
+      break;
+    case Command::UCINEWGAME: NewGame(); break;
+    case Command::SETOPTION: SetOption(arguments); break;
+    case Command::POSITION:
+      if (std::string problem; !SetPosition(arguments, problem)) {
+        Send("info string %s; the position stays as it was", problem.c_str());
+      }
+      break;
+    case Command::GO: Go(arguments); break;
+    case Command::STOP: search_.Stop(); break;
+    case Command::PONDERHIT: search_.PonderHit(); break;
+    case Command::QUIT: search_.Stop(); return false;
+    case Command::DEBUG:
+    case Command::REGISTER:
+    case Command::NONE: break;
+    case Command::UNKNOWN: Send("info string unknown command: %s", line.c_str()); break;
   }
   return true;
 }
 
-// One line without its newline (and without a carriage return before it); false at the end of the input.
-bool ReadLine(FILE* in, std::string& line) {
+// One line of any length without its newline (and without a carriage return before it); false at the end
+// of the input. A game's "position" line can be thousands of characters long.
+bool ReadWholeLine(FILE* in, std::string& line) {
   line.clear();
   int c;
   while ((c = std::getc(in)) != EOF && c != '\n') line += static_cast<char>(c);
@@ -184,11 +171,10 @@ class Silent : public IterationListener {
 int RunUci(FILE* in, FILE* out, const std::string& executableFolder) {
   SetOutput(out);
   InitTables();
-  NewSearchGame();
-  StartGame(InitialPosition());
+  NewGame();
   Session session(executableFolder);
   std::string line;
-  while (ReadLine(in, line) && session.Execute(line)) {
+  while (ReadWholeLine(in, line) && session.ExecuteUciCommand(line)) {
   }
   session.End();
   return 0;

@@ -37,8 +37,7 @@ bool SetPosition(const std::string& arguments, std::string& problem) {
   } else if (next < words.size() && words[next] == "fen") {
     std::string fen;
     for (++next; next < words.size() && words[next] != "moves"; ++next) fen += (fen.empty() ? "" : " ") + words[next];
-    // The reader keeps 199 characters of its text.
-    if (fen.size() > 199 || !SetBoard(start, fen.c_str())) {
+    if (fen.size() > size_t{MAX_FEN_LENGTH} || !SetBoard(start, fen.c_str())) {
       problem = "position refused: fen " + fen;
       return false;
     }

@@ -59,6 +59,35 @@ class InfoOutput : public IterationListener {
 
 }  // namespace
 
+Command CommandOf(const std::string& word) {
+  static const std::pair<const char*, Command> WORDS[] = {
+      {"uci", Command::UCI},           {"debug", Command::DEBUG},
+      {"isready", Command::ISREADY},   {"setoption", Command::SETOPTION},
+      {"register", Command::REGISTER}, {"ucinewgame", Command::UCINEWGAME},
+      {"position", Command::POSITION}, {"go", Command::GO},
+      {"stop", Command::STOP},         {"ponderhit", Command::PONDERHIT},
+      {"quit", Command::QUIT},         {"", Command::NONE},
+  };
+  for (const auto& [text, command] : WORDS) {
+    if (word == text) return command;
+  }
+  return Command::UNKNOWN;
+}
+
+bool RunsDuringSearch(Command command) {
+  switch (command) {
+    case Command::ISREADY:
+    case Command::STOP:
+    case Command::PONDERHIT:
+    case Command::QUIT:
+    case Command::DEBUG:
+    case Command::REGISTER:
+    case Command::NONE:
+    case Command::UNKNOWN: return true;
+    default: return false;
+  }
+}
+
 void SearchThread::Start(SearchLimits limits, bool holdBestMove, bool pondering) {
   Stop();
   stop_ = false;

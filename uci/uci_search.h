@@ -4,11 +4,37 @@
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
+#include <string>
 #include <thread>
 
 #include "search/deepening.h"
 
 namespace vorlek::uci {
+
+enum class Command {
+  UCI,
+  DEBUG,
+  ISREADY,
+  SETOPTION,
+  REGISTER,
+  UCINEWGAME,
+  POSITION,
+  GO,
+  STOP,
+  PONDERHIT,
+  QUIT,
+  NONE,
+  UNKNOWN
+};
+
+// The command a line's first word names; NONE for an empty line, UNKNOWN for any other word.
+Command CommandOf(const std::string& word);
+
+// The one door to the search thread, which owns the position stack, the table and the book while it runs:
+// only these commands run during a search (isready, stop, ponderhit, quit, debug, register, and lines that
+// are no command, which touch nothing). Every other command first ends the running search, which sends its
+// "bestmove", and only then acts.
+bool RunsDuringSearch(Command command);
 
 class SearchThread {
  public:

@@ -201,6 +201,44 @@ TEST(Search, BookMovesOnARefusedSetUpThenSearches) {
                                           "  1    -552TIME          35 f6g4  \n\nmove f6g4 \n");
 }
 
+// The generators take the kings from the planes type1 and type2 alone, as the check test does: after the
+// book's moves on a refused set-up, the man of code 7 on g1 moves as a king, and the engine plays on
+// instead of declaring a mate that is not one.
+TEST(Search, ManOfCodeSevenMovesAsAKing) {
+  std::string input = HANDSHAKE +
+                      "force\nsetboard r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq a3 0 1\ntime 0\n"
+                      "otim 0\n";
+  for (int i = 0; i < 10; ++i) input += "go\n";
+  const EngineRun run = RunWithInput(input, "d2d4 g8f6 c2c4 g7g6 g1f3 f8g7 g2g3 e8g8 f1g2\n");
+  ExpectCleanExit(run);
+  EXPECT_EQ(WithoutTimes(run.output), FEATURE_LINE +
+                                          "move d2d4 \nmove g8f6 \nmove c2c4 \nmove g7g6 \nmove g1f3 \nmove f8g7 \n"
+                                          "move g2g3 \nmove e8g8 \nmove f1g2 \n"
+                                          "  1     612TIME       36196 g7f8  \n\nmove f1f2 \n");
+}
+
+// A bad book ends the run with the designed message on standard output; standard error names the file, the
+// line, the token and the reason, and the tool that explains more.
+TEST(Book, BadLineIsNamedOnStandardError) {
+  const EngineRun run = RunWithInput(HANDSHAKE + "new\n", "e2e4 e7e5\ne2e4 c7c5 g1f3 x9\n");
+  ExpectCleanExit(run);
+  EXPECT_EQ(run.output, FEATURE_LINE + BAD_BOOK);
+  EXPECT_EQ(run.errors, "vorlek: " + run.folder +
+                            "/Aperture.txt, riga 2, mossa \"x9\": non è una mossa della posizione a "
+                            "cui arriva la riga; i dettagli con: vorlek-book check " +
+                            run.folder + "/Aperture.txt\n");
+}
+
+// A log that cannot be written (here a folder stands where the file would be) leaves the game as it was;
+// standard error says once that it is not being logged.
+TEST(Log, UnwritableLogIsSaidOnceAndThePlayGoesOn) {
+  const EngineRun run = RunWithInput(HANDSHAKE + "new\ne2e4\n", SMALL_BOOK, {{"partita.log/kept", ""}});
+  ExpectCleanExit(run);
+  EXPECT_EQ(run.output, FEATURE_LINE + "move e7e5 \n");
+  EXPECT_EQ(run.errors, "vorlek: non posso scrivere partita.log nella cartella di lavoro " + run.folder +
+                            " (Is a directory): la partita non viene registrata\n");
+}
+
 // The game log of a run replaces the one of an earlier run.
 TEST(Log, StartsAfreshInEveryRun) {
   const EngineRun run = RunWithInput(HANDSHAKE + "e2e4\n", SMALL_BOOK, {{"partita.log", "an earlier run\n"}});

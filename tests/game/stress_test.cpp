@@ -12,6 +12,7 @@
 #include "board/user_move.h"
 #include "game/game_end.h"
 #include "game/game_state.h"
+#include "game/new_game.h"
 #include "support/engine_process.h"
 
 namespace vorlek::test {

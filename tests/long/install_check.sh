@@ -31,6 +31,12 @@ if ! "$book_tool" check "$prefix/share/vorlek/Aperture.txt" >"$tmp/book.out" 2>&
   cat "$tmp/book.out"
   fail "the installed vorlek-book does not pass the installed book"
 fi
+# PREFIX/bin, on root's PATH as on every user's, leads to the same commands.
+for command in vorlek vorlek-uci vorlek-book; do
+  [ "$(readlink -f "$prefix/bin/$command")" = "$(readlink -f "$prefix/games/$command")" ] ||
+    fail "bin/$command does not lead to games/$command"
+done
+"$prefix/bin/vorlek-uci" --version | grep -q '^vorlek-uci (Vorlek) ' || fail "bin/vorlek-uci does not run"
 plugin="$prefix/share/games/plugins/xboard/vorlek.eng"
 # The installed file is the shipped template with the launcher's path filled in.
 sed "s|@VORLEK_LAUNCHER@|$launcher|" "$(dirname "$0")/../../packaging/vorlek.eng.in" >"$tmp/expected.eng"

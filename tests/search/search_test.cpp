@@ -21,7 +21,7 @@ constexpr const char* KIWIPETE = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBB
 
 // A new game (empty table) set up from `fen`.
 void NewGameFrom(const char* fen) {
-  NewSearchGame();
+  NewSearchGame(InitialPosition());
   ASSERT_EQ(test::SetUpPosition(fen), 1) << fen;
 }
 

@@ -2,15 +2,13 @@
 
 #include "board/all_moves.h"
 #include "board/fen.h"
+#include "board/history.h"
 #include "board/make_move.h"
 #include "board/notation.h"
 
 namespace vorlek::test {
 
-void SetUpInitialPosition() {
-  current = PositionStack;
-  *current = InitialPosition();
-}
+void SetUpInitialPosition() { StartGame(InitialPosition()); }
 
 int SetUpPosition(const char* fen) {
   SetUpInitialPosition();

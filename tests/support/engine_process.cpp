@@ -77,10 +77,13 @@ TemporaryDirectory::~TemporaryDirectory() {
 }
 
 void TemporaryDirectory::WriteFile(const std::string& name, const std::string& contents) const {
-  std::ofstream(path_ + "/" + name, std::ios::binary) << contents;
+  const std::filesystem::path file = path_ + "/" + name;
+  std::filesystem::create_directories(file.parent_path());
+  std::ofstream(file, std::ios::binary) << contents;
 }
 
 std::optional<std::string> TemporaryDirectory::ReadFile(const std::string& name) const {
+  if (!std::filesystem::is_regular_file(path_ + "/" + name)) return std::nullopt;
   std::ifstream file(path_ + "/" + name, std::ios::binary);
   if (!file) return std::nullopt;
   return std::string(std::istreambuf_iterator<char>(file), {});

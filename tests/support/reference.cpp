@@ -27,6 +27,9 @@ int CodeAt(const Position& p, int sq) {
 // The squares of each code 0..7 held by the side to move (own) and by its opponent (occupancy ^ own).
 struct Pieces {
   Bitboard own[8], opp[8];
+  // The generators' kings: every man whose code has the two upper planes, code 6 or 7.
+  Bitboard OwnKings() const { return own[6] | own[7]; }
+  Bitboard OppKings() const { return opp[6] | opp[7]; }
 };
 Pieces PiecesOf(const Position& p) {
   Pieces pieces{};
@@ -88,7 +91,7 @@ void AddPromotions(std::vector<ScoredMove>& list, int kind, int from, int to, in
 // or queen (bishop or queen) as the first piece on a line from sq.
 bool CastlingSquareAttacked(const Position& p, const Pieces& pieces, int sq, Bitboard kingSquares) {
   const Bitboard pawnSquares = (File(sq) != 0 ? Bit(sq + 7) : 0) | (File(sq) != 7 ? Bit(sq + 9) : 0);
-  return (KnightAttacks[sq] & pieces.opp[2]) || (pawnSquares & pieces.opp[1]) || (kingSquares & pieces.opp[6]) ||
+  return (KnightAttacks[sq] & pieces.opp[2]) || (pawnSquares & pieces.opp[1]) || (kingSquares & pieces.OppKings()) ||
          (RookAttacks(sq, Occupied(p)) & (pieces.opp[4] | pieces.opp[5])) ||
          (BishopAttacks(sq, Occupied(p)) & (pieces.opp[3] | pieces.opp[5]));
 }
@@ -132,7 +135,7 @@ std::vector<ScoredMove> GenerateCaptures(const Position& p) {
         AddCapture(list, 9, t - step, t, CodeAt(p, t), CodeAt(p, t) * 16 + 5);
   for (int piece = 2; piece <= 6; ++piece) {
     // Every piece of the code, ascending; of the kings only the lowest.
-    const Bitboard movers = piece == 6 && pieces.own[6] ? Bit(Lowest(pieces.own[6])) : pieces.own[piece];
+    const Bitboard movers = piece == 6 ? (pieces.OwnKings() ? Bit(Lowest(pieces.OwnKings())) : 0) : pieces.own[piece];
     for (int s : Ascending(movers))
       for (int t : Ascending(Attacks(piece, s, occ) & opp))
         AddCapture(list, 8 + piece, s, t, CodeAt(p, t), CodeAt(p, t) * 16 + 6 - piece);
@@ -146,7 +149,7 @@ Quiets GenerateQuiets(const Position& p) {
   const Bitboard occ = Occupied(p), empty = ~occ;
   Bitboard R = 0, B = 0, N = 0, P = 0, discoverers = 0, kingLine = 0;
   // Without an opponent king there are no check squares and no discoveries, as in the engine.
-  const int K = Lowest(pieces.opp[6]);
+  const int K = Lowest(pieces.OppKings());
   if (K >= 0) {
     R = RookAttacks(K, occ);
     B = BishopAttacks(K, occ);
@@ -159,7 +162,7 @@ Quiets GenerateQuiets(const Position& p) {
       const int first = rises ? on[0] : on[on.size() - 1], second = rises ? on[1] : on[on.size() - 2];
       if (!Has(pieces.own[5] | pieces.own[straight ? 4 : 3], second)) continue;
       if (Has(pieces.own[2] | pieces.own[1] | pieces.own[straight ? 3 : 4], first)) discoverers |= Bit(first);
-      if (Has(pieces.own[6], first)) kingLine = Rays[d][K];
+      if (Has(pieces.OwnKings(), first)) kingLine = Rays[d][K];
     }
   }
   // Castling trusts its rights: king and rook are not looked for.
@@ -171,7 +174,7 @@ Quiets GenerateQuiets(const Position& p) {
   if ((p.castling & 2) && !(occ & (Bit(5) | Bit(6))) && !CastlingSquareAttacked(p, pieces, 4, Bit(14)) &&
       !CastlingSquareAttacked(p, pieces, 5, Bit(14)) && !CastlingSquareAttacked(p, pieces, 6, Bit(14)))
     q.list.push_back(MOVE_CASTLE_KING_SIDE);
-  const int k = Lowest(pieces.own[6]);
+  const int k = Lowest(pieces.OwnKings());
   if (k >= 0) AddQuiets(q, 6, k, KingAttacks[k] & empty, kingLine ? ~kingLine : 0);
   // Then queens, rooks, bishops, knights and pawns; a discoverer's moves all give check.
   const Bitboard checking[6] = {0, P, N, B, R, R | B};
