@@ -11,7 +11,7 @@
 #include "board/init_tables.h"
 #include "board/position.h"
 #include "game/book.h"
-#include "game/game_state.h"
+#include "game/line_reader.h"
 
 using namespace vorlek;
 
