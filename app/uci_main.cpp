@@ -10,7 +10,6 @@
 
 #include "app/command_line.h"
 #include "search/bench.h"
-#include "search/hash_table.h"
 #include "uci/uci_loop.h"
 
 namespace {
@@ -46,7 +45,6 @@ int main(int argc, char** argv) {
     if (argc <= 3 && depth > 0) return vorlek::uci::RunUciBench(stdout, depth);
   }
   if (argc > 1) return vorlek::UsageError(PROGRAM);
-  // The table is faulted in while the interface sets the engine up.
-  vorlek::StartHashTablePrefault();
+  // The table is faulted in at "isready", once the interface has set its size (option Hash).
   return vorlek::uci::RunUci(stdin, stdout, ExecutableFolder());
 }

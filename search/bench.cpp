@@ -70,7 +70,7 @@ const std::string* FirstRefusedPosition(const std::vector<std::string>& fens) {
 }
 
 BenchResult RunBench(const std::vector<std::string>& fens, int depth, IterationListener& listener) {
-  PrefaultHashTable();
+  MakeHashTableResident();
   BenchResult result{};
   struct Counting : IterationListener {
     explicit Counting(IterationListener& l) : next(l) {}

@@ -47,8 +47,9 @@ class IterationListener {
 
 // Searches the current position: depth 1 in a new game, otherwise three below the depth the last search
 // reached, then one deeper after each iteration while the limits allow and no mate score is found. Returns
-// the move to play (the root's remembered move, or its first legal move), or MOVE_NONE when the side to
-// move has none. The current position is unchanged.
+// the move to play (the root's remembered move as the last finished iteration left it, or the root's first
+// legal move when none finished or the root stored none), or MOVE_NONE when the side to move has none. The
+// current position is unchanged. The table is made resident first.
 Move IterativeDeepening(const SearchLimits& limits, IterationListener& listener);
 
 // A new game for the search from `start`: the game on the position stack is `start` alone, the table of

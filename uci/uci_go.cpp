@@ -11,11 +11,6 @@ namespace vorlek::uci {
 namespace {
 
 constexpr int64_t MICROSECONDS_PER_MILLISECOND = 1000;
-// Left on the clock for the interface to receive the move and stop the clock: at most this much, and at
-// most half of what is left.
-constexpr int64_t MOVE_OVERHEAD = 50 * MICROSECONDS_PER_MILLISECOND;
-
-int64_t Reserve(int64_t clock) { return std::min(MOVE_OVERHEAD, clock / 2); }
 
 }  // namespace
 
@@ -67,7 +62,12 @@ bool WaitsForStop(const GoRequest& r) {
   return r.infinite || r.ponder || !limited;
 }
 
-SearchLimits LimitsFor(const GoRequest& r, int side, int ply) {
+SearchLimits LimitsFor(const GoRequest& r, int side, int ply, int moveOverhead) {
+  // Left for the way of the move to the interface and of its clock back: the overhead, at most half of
+  // what there is.
+  const auto reserve = [&](int64_t time) {
+    return std::min(int64_t{moveOverhead} * MICROSECONDS_PER_MILLISECOND, std::max<int64_t>(time, 0) / 2);
+  };
   SearchLimits limits;
   if (r.depth > 0) limits.maxDepth = std::min(r.depth, MAX_SEARCH_DEPTH);
   if (r.mate > 0) limits.maxDepth = std::min(limits.maxDepth, 2 * r.mate);
@@ -76,21 +76,27 @@ SearchLimits LimitsFor(const GoRequest& r, int side, int ply) {
 
   const int us = side == WHITE ? 0 : 1;
   if (r.time[us] >= 0) {
-    const int64_t clock = r.time[us] * MICROSECONDS_PER_MILLISECOND;
-    const int64_t theirs = r.time[1 - us] >= 0 ? r.time[1 - us] * MICROSECONDS_PER_MILLISECOND : clock;
+    // The reserve comes off the clock before anything is reckoned from it.
+    const int64_t given = r.time[us] * MICROSECONDS_PER_MILLISECOND;
+    const int64_t clock = given - reserve(given);
+    const int64_t theirs = r.time[1 - us] >= 0 ? r.time[1 - us] * MICROSECONDS_PER_MILLISECOND : given;
     const int64_t movesToGo = r.movesToGo > 0 ? r.movesToGo : MovesToGo(0, ply);
     TimeAllotment allotment = ComputeTimeAllotment(movesToGo, clock, theirs, side);
     // The increment comes back with the move: it may be spent on it.
     allotment.budget += r.increment[us] * MICROSECONDS_PER_MILLISECOND;
     allotment.iterationLimit = IterationLimit(allotment.budget);
     limits.iterationLimit = allotment.iterationLimit;
-    limits.abandonAfter = std::max<int64_t>(0, std::min(AbandonAfter(allotment, clock), clock - Reserve(clock)));
+    limits.abandonAfter = std::max<int64_t>(0, AbandonAfter(allotment, clock));
+    // Pondering searches on, and may be deep in an iteration when the opponent plays the move pondered
+    // on: from then (the clock starts at "ponderhit") the move comes within the budget.
+    if (r.ponder) limits.abandonAfter = std::min(limits.abandonAfter, std::max<int64_t>(allotment.budget, 0));
   } else if (r.moveTime >= 0) {
-    // The move must be on the interface's side before the time is up: a tenth of it, and at least the
-    // reserve of a clock, is left for the way there.
-    const int64_t budget = r.moveTime * MICROSECONDS_PER_MILLISECOND;
+    // The move must be on the interface's side before the time is up: the reserve, and a tenth of the
+    // rest for the way back through an adapter, are left.
+    const int64_t given = r.moveTime * MICROSECONDS_PER_MILLISECOND;
+    const int64_t budget = given - reserve(given);
     limits.iterationLimit = IterationLimit(budget);
-    limits.abandonAfter = budget - std::max(Reserve(budget), budget / 10);
+    limits.abandonAfter = budget - budget / 10;
   }
   return limits;
 }

@@ -30,9 +30,14 @@ bool PlaysAGameMove(const GoRequest& request);
 // Whether the interface waits for "stop" (or "ponderhit") before it wants the best move.
 bool WaitsForStop(const GoRequest& request);
 
+constexpr int DEFAULT_MOVE_OVERHEAD = 50;  // milliseconds
+constexpr int MAX_MOVE_OVERHEAD = 5000;
+
 // The limits of the search for the side to move at game ply `ply`: the engine's allotment from the clocks
 // (the moves to go reckoned as the engine does unless given), with the increment added, no iteration let
-// run the clock out; or a fixed time; or depth, nodes and mate limits alone.
-SearchLimits LimitsFor(const GoRequest& request, int side, int ply);
+// run the clock out; or a fixed time; or depth, nodes and mate limits alone. `moveOverhead` milliseconds
+// (at most half of the time given) are kept back from every clock and fixed time before anything is
+// reckoned from it, for the way to the interface.
+SearchLimits LimitsFor(const GoRequest& request, int side, int ply, int moveOverhead);
 
 }  // namespace vorlek::uci

@@ -12,8 +12,10 @@
 #include "game/new_game.h"
 #include "search/bench.h"
 #include "search/deepening.h"
+#include "search/hash_table.h"
 #include "uci/uci_book.h"
 #include "uci/uci_go.h"
+#include "uci/uci_options.h"
 #include "uci/uci_output.h"
 #include "uci/uci_position.h"
 #include "uci/uci_search.h"
@@ -24,11 +26,6 @@ namespace {
 
 constexpr char ENGINE_NAME[] = "Vorlek";
 constexpr char ENGINE_AUTHOR[] = "the Vorlek developers";
-
-struct Options {
-  bool ownBook = true;
-  std::string bookFile = DEFAULT_BOOK_FILE;
-};
 
 class Session {
  public:
@@ -52,39 +49,24 @@ class Session {
   SearchThread search_;
 };
 
-std::string Lowercase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-  return text;
-}
-
 void Session::Uci() {
   Send("id name %s", ENGINE_NAME);
   Send("id author %s", ENGINE_AUTHOR);
-  Send("option name OwnBook type check default true");
-  Send("option name BookFile type string default %s", DEFAULT_BOOK_FILE);
+  for (const std::string& line : OptionLines()) Send("%s", line.c_str());
   Send("uciok");
 }
 
-// "setoption name NAME [value VALUE]"; names are compared without regard to case, the value kept as given.
 void Session::SetOption(const std::string& arguments) {
-  const size_t name = arguments.find("name ");
-  if (name == std::string::npos) {
-    Send("info string setoption without a name: %s", arguments.c_str());
-    return;
-  }
-  const size_t value = arguments.find(" value ", name);
-  std::string id = arguments.substr(name + 5, value == std::string::npos ? std::string::npos : value - name - 5);
-  std::string text = value == std::string::npos ? "" : arguments.substr(value + 7);
-  while (!id.empty() && id.back() == ' ') id.pop_back();
-  while (!text.empty() && text.back() == ' ') text.pop_back();
-  if (Lowercase(id) == "ownbook") {
-    options_.ownBook = Lowercase(text) != "false";
-    bookLoaded_ = false;
-  } else if (Lowercase(id) == "bookfile") {
-    options_.bookFile = text.empty() ? DEFAULT_BOOK_FILE : text;
-    bookLoaded_ = false;
-  } else {
-    Send("info string no such option: %s", id.c_str());
+  const SetOptionResult result = uci::SetOption(arguments, options_);
+  if (!result.said.empty()) Send("info string %s", result.said.c_str());
+  switch (result.set) {
+    case OptionSet::HASH: SetHashTableSize(options_.hash); break;
+    case OptionSet::CLEAR_HASH: ClearHashTable(); break;
+    case OptionSet::OWN_BOOK:
+    case OptionSet::BOOK_FILE: bookLoaded_ = false; break;
+    case OptionSet::NOTHING:
+    case OptionSet::PONDER:
+    case OptionSet::MOVE_OVERHEAD: break;
   }
 }
 
@@ -109,11 +91,13 @@ void Session::Go(const std::string& arguments) {
       char text[MOVE_TEXT_SIZE];
       MoveToPlainText(text, move, current->side);
       Send("info string book move %s", text);
+      SendUnsearchedMove(move);
       Send("bestmove %s", text);
       return;
     }
   }
-  search_.Start(LimitsFor(request, current->side, GamePly()), WaitsForStop(request), request.ponder);
+  search_.Start(LimitsFor(request, current->side, GamePly(), options_.moveOverhead), WaitsForStop(request),
+                request.ponder);
 }
 
 bool Session::ExecuteUciCommand(const std::string& line) {
@@ -128,7 +112,11 @@ bool Session::ExecuteUciCommand(const std::string& line) {
   switch (command) {
     case Command::UCI: Uci(); break;
     case Command::ISREADY:
-      if (!search_.Running()) LoadBookIfChanged();
+      // Ready means that a search begun now runs at full speed: the table in use resident, the book loaded.
+      if (!search_.Running()) {
+        LoadBookIfChanged();
+        MakeHashTableResident();
+      }
       Send("readyok");
       break;
     case Command::UCINEWGAME: NewGame(); break;

@@ -4,9 +4,11 @@
 #include <string>
 
 #include "board/all_moves.h"
+#include "board/attacks.h"
 #include "board/make_move.h"
 #include "board/notation.h"
 #include "board/position.h"
+#include "search/evaluation.h"
 #include "uci/uci_output.h"
 
 namespace vorlek::uci {
@@ -16,11 +18,46 @@ namespace {
 // A score as UCI writes it: centipawns, or mate in moves (negative when the engine is mated). A side mated
 // at remaining depth d scores -(MATE_SCORE + d), so a mate score tells how many plies from the root the
 // mated position stands.
-std::string ScoreText(int score, int depth) {
+int MatePlies(int score, int depth) {
   const int magnitude = std::abs(score);
-  if (magnitude < MATE_SCORE || magnitude > MATE_SCORE + depth) return "cp " + std::to_string(score);
-  const int plies = depth - (magnitude - MATE_SCORE);
+  return magnitude < MATE_SCORE || magnitude > MATE_SCORE + depth ? -1 : depth - (magnitude - MATE_SCORE);
+}
+
+std::string ScoreText(int score, int depth) {
+  const int plies = MatePlies(score, depth);
+  if (plies < 0) return "cp " + std::to_string(score);
   return "mate " + std::to_string(score > 0 ? (plies + 1) / 2 : -(plies / 2));
+}
+
+// Whether the search scores the position on the stack as a draw at once (third occurrence, fifty moves).
+bool DrawnAtOnce(const Position& p) { return p.repetition == 2 || p.fifty > 100 || (p.fifty == 100 && !InCheck(p)); }
+
+// How much of a variation the interface is shown: up to the first position the search scores as a draw at
+// once, and no further than the mate the score announces.
+int ShownLength(const Iteration& it) {
+  const int matePlies = MatePlies(it.score, it.depth);
+  const int limit = matePlies < 0 ? it.pvLength : std::min(it.pvLength, matePlies);
+  int shown = 0;
+  while (shown < limit) {
+    MakeMove(it.pv[shown++]);
+    if (DrawnAtOnce(*current)) break;
+  }
+  current -= shown;
+  return shown;
+}
+
+void SendInfo(int depth, const std::string& score, int64_t elapsed, uint64_t nodes, const Move* pv, int pvLength,
+              int rootSide) {
+  std::string line = pvLength > 0 ? " pv" : "";
+  for (int i = 0; i < pvLength; ++i) {
+    char text[MOVE_TEXT_SIZE];
+    MoveToPlainText(text, pv[i], rootSide ^ (i % 2 == 0 ? WHITE : BLACK));
+    line += std::string(" ") + text;
+  }
+  const long long ms = elapsed / 1000;
+  const unsigned long long nps = elapsed > 0 ? nodes * 1000000 / static_cast<uint64_t>(elapsed) : 0;
+  Send("info depth %d score %s time %lld nodes %llu nps %llu%s", depth, score.c_str(), ms,
+       static_cast<unsigned long long>(nodes), nps, line.c_str());
 }
 
 // Each iteration as an "info" line; the nodes and the time are those of the whole search so far.
@@ -28,18 +65,20 @@ class InfoOutput : public IterationListener {
  public:
   void Finished(const Iteration& it) override {
     nodes_ += it.nodes;
-    std::string line = it.pvLength > 0 ? " pv" : "";
-    for (int i = 0; i < it.pvLength; ++i) {
-      char text[MOVE_TEXT_SIZE];
-      MoveToPlainText(text, it.pv[i], SideAtPly(it, i));
-      line += std::string(" ") + text;
-    }
-    const long long ms = it.elapsed / 1000;
-    const unsigned long long nps = it.elapsed > 0 ? nodes_ * 1000000 / static_cast<uint64_t>(it.elapsed) : 0;
-    Send("info depth %d score %s time %lld nodes %llu nps %llu%s", it.depth, ScoreText(it.score, it.depth).c_str(), ms,
-         static_cast<unsigned long long>(nodes_), nps, line.c_str());
-    pvLength_ = it.pvLength;
-    for (int i = 0; i < it.pvLength; ++i) pv_[i] = it.pv[i];
+    pvLength_ = ShownLength(it);
+    for (int i = 0; i < pvLength_; ++i) pv_[i] = it.pv[i];
+    depth_ = it.depth;
+    score_ = ScoreText(it.score, it.depth);
+    SendInfo(it.depth, score_, it.elapsed, nodes_, pv_, pvLength_, it.rootSide);
+  }
+
+  // The last line before "bestmove" shows the move played: when the last variation does not begin with
+  // it (no iteration finished, or the root was drawn at once and stored no move), one more line does, with
+  // the last depth and score, or depth 0 and the static value of the position the move leads to.
+  void ShowMovePlayed(Move best, int64_t elapsed) {
+    if (pvLength_ > 0 && pv_[0] == best) return;
+    if (depth_ == 0) score_ = "cp " + std::to_string(MoveStaticValue(best));
+    SendInfo(depth_, score_, elapsed, nodes_, &best, 1, current->side);
   }
 
   // The reply the last variation expects to `best`, when it is legal there.
@@ -55,9 +94,22 @@ class InfoOutput : public IterationListener {
   uint64_t nodes_ = 0;
   Move pv_[MAX_SEARCH_DEPTH + 1] = {};
   int pvLength_ = 0;
+  int depth_ = 0;
+  std::string score_;
 };
 
 }  // namespace
+
+int MoveStaticValue(Move move) {
+  MakeMove(move);
+  const int value = -Evaluate(*current);
+  TakeBack();
+  return value;
+}
+
+void SendUnsearchedMove(Move move) {
+  SendInfo(0, "cp " + std::to_string(MoveStaticValue(move)), 0, 0, &move, 1, current->side);
+}
 
 Command CommandOf(const std::string& word) {
   static const std::pair<const char*, Command> WORDS[] = {
@@ -134,7 +186,9 @@ void SearchThread::PonderHit() {
 
 void SearchThread::Run(SearchLimits limits) {
   InfoOutput info;
+  const int64_t start = WallClockMicroseconds();
   const Move best = IterativeDeepening(limits, info);
+  if (best) info.ShowMovePlayed(best, WallClockMicroseconds() - start);
   {
     std::unique_lock<std::mutex> lock(mutex_);
     released_.wait(lock, [this] { return !hold_; });

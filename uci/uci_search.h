@@ -36,6 +36,13 @@ Command CommandOf(const std::string& word);
 // "bestmove", and only then acts.
 bool RunsDuringSearch(Command command);
 
+// The static value, for the side to move, of the position `move` leads to.
+int MoveStaticValue(Move move);
+
+// The "info" line of a move played without a search (a book move): depth 0, no node, no time, the static
+// value of the position it leads to, and the move as the variation.
+void SendUnsearchedMove(Move move);
+
 class SearchThread {
  public:
   ~SearchThread() { Stop(); }

@@ -164,6 +164,14 @@ EngineRun EngineSession::Finish() {
   return run;
 }
 
+int EngineSession::ResidentMebibytes() const {
+  std::ifstream status("/proc/" + std::to_string(pid_) + "/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.rfind("VmRSS:", 0) == 0) return std::stoi(line.substr(6)) / 1024;
+  }
+  return -1;
+}
+
 EngineRun RunWithInput(const std::string& input, const std::optional<std::string>& book, const Files& files) {
   // The input is written whole before any output is read, so it must fit the pipe's buffer.
   if (input.size() > 65536) throw std::runtime_error("input larger than a pipe's buffer");

@@ -56,6 +56,8 @@ class EngineSession {
   std::string ReadUntilLine(const std::string& prefix);
   // Closes the program's input and waits for its end; the output not yet returned is in the run.
   EngineRun Finish();
+  // The program's resident memory now, in MiB (VmRSS of /proc/PID/status); -1 when it cannot be read.
+  int ResidentMebibytes() const;
 
  private:
   TemporaryDirectory dir_;

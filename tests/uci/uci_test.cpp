@@ -6,6 +6,7 @@
 #include <ostream>
 #include <regex>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "support/engine_process.h"
@@ -16,6 +17,10 @@ namespace {
 const std::string UCI_REPLY =
     "id name Vorlek\n"
     "id author the Vorlek developers\n"
+    "option name Hash type spin default 1024 min 1 max 1024\n"
+    "option name Clear Hash type button\n"
+    "option name Ponder type check default false\n"
+    "option name Move Overhead type spin default 50 min 0 max 5000\n"
     "option name OwnBook type check default true\n"
     "option name BookFile type string default Aperture.txt\n"
     "uciok\n";
@@ -48,12 +53,14 @@ std::vector<Info> Infos(const std::string& output) {
   return infos;
 }
 
+const std::string MIDDLEGAME = "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10";
+
 std::string BestMove(const std::string& output) {
   const size_t at = output.rfind("bestmove ");
   return at == std::string::npos ? "" : output.substr(at, output.find('\n', at) - at);
 }
 
-// Replies from the start of a session, book messages included: the handshake, lines that are no command,
+// UciReplies from the start of a session, book messages included: the handshake, lines that are no command,
 // and books that cannot be used, after which the engine still plays, from no book.
 struct RepliesCase {
   const char* name;
@@ -63,9 +70,9 @@ struct RepliesCase {
 };
 std::ostream& operator<<(std::ostream& out, const RepliesCase& c) { return out << c.name; }
 
-class Replies : public ::testing::TestWithParam<RepliesCase> {};
+class UciReplies : public ::testing::TestWithParam<RepliesCase> {};
 
-TEST_P(Replies, BeginTheOutput) {
+TEST_P(UciReplies, BeginTheOutput) {
   const std::string output =
       Session(GetParam().commands + "isready\nposition startpos\ngo wtime 100 btime 100\n", GetParam().book);
   EXPECT_EQ(output.rfind(GetParam().start, 0), 0u) << output;
@@ -79,7 +86,7 @@ const std::string BESIDE_THE_ENGINE =
     std::string(VORLEK_UCI_BINARY).substr(0, std::string(VORLEK_UCI_BINARY).rfind('/'));
 
 INSTANTIATE_TEST_SUITE_P(
-    Session, Replies,
+    Session, UciReplies,
     ::testing::Values(RepliesCase{"Handshake", "uci\n", SMALL_BOOK,
                                   UCI_REPLY + "info string book Aperture.txt: 2 positions\nreadyok\n"},
                       RepliesCase{"DebugRegisterAndUnknown", "debug on\nregister later\nxyzzy 1\n\n", SMALL_BOOK,
@@ -130,9 +137,9 @@ struct PositionCase {
 };
 std::ostream& operator<<(std::ostream& out, const PositionCase& c) { return out << c.name; }
 
-class Position : public ::testing::TestWithParam<PositionCase> {};
+class UciPosition : public ::testing::TestWithParam<PositionCase> {};
 
-TEST_P(Position, GivesTheSameSearchAsItsSetUp) {
+TEST_P(UciPosition, GivesTheSameSearchAsItsSetUp) {
   const std::string output = Session("ucinewgame\n" + GetParam().position + "\ngo depth 3\n");
   const std::string expected = Session("ucinewgame\n" + GetParam().same + "\ngo depth 3\n");
   EXPECT_NE(output.find(GetParam().said), std::string::npos) << output;
@@ -141,7 +148,7 @@ TEST_P(Position, GivesTheSameSearchAsItsSetUp) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Moves, Position,
+    Moves, UciPosition,
     ::testing::Values(
         PositionCase{"Castling", "position startpos moves e2e4 e7e5 g1f3 b8c6 f1c4 g8f6 e1g1",
                      "position fen r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQ1RK1 b kq - 5 4"},
@@ -164,15 +171,19 @@ INSTANTIATE_TEST_SUITE_P(
 
 // A game of any length: 1000 plies of knights going out and back, whose last position stands on the board
 // for the 250th time: a repetition, scored 0 at once (every iteration one node more, as nodes count the whole
-// search); one pawn move later the game goes on.
+// search), which stores no move; the move played, the root's first legal move, is shown by one more line
+// before "bestmove". One pawn move later the game goes on.
 TEST(Uci, RepetitionInALongGame) {
   std::string moves;
   for (int i = 0; i < 250; ++i) moves += " g1f3 g8f6 f3g1 f6g8";
-  const std::vector<Info> repeated = Infos(Session("position startpos moves" + moves + "\ngo depth 2\n"));
-  ASSERT_EQ(repeated.size(), 2u);
+  const std::string output = Session("position startpos moves" + moves + "\ngo depth 2\n");
+  const std::vector<Info> repeated = Infos(output);
+  ASSERT_EQ(repeated.size(), 3u);
   EXPECT_EQ(repeated[0].score, "cp 0");
   EXPECT_EQ(repeated[0].nodes, 1u);
   EXPECT_EQ(repeated[1].nodes, 2u);
+  EXPECT_EQ(repeated[2], (Info{2, "cp 0", 2, "b1a3"}));
+  EXPECT_EQ(BestMove(output), "bestmove b1a3");
   const std::vector<Info> later = Infos(Session("position startpos moves" + moves + " e2e4\ngo depth 2\n"));
   ASSERT_EQ(later.size(), 2u);
   EXPECT_GT(later[1].nodes, 100u);
@@ -181,15 +192,102 @@ TEST(Uci, RepetitionInALongGame) {
 // "go depth 5" after a new game is the engine's fixed search: the nodes of its five iterations added up, its
 // score and variation.
 TEST(Uci, FixedDepthSearchCountsTheEnginesNodes) {
-  const std::string fen = "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10";
-  const std::vector<Info> infos = Infos(Session("ucinewgame\nposition fen " + fen + "\ngo depth 5\n"));
+  const std::vector<Info> infos = Infos(Session("ucinewgame\nposition fen " + MIDDLEGAME + "\ngo depth 5\n"));
   ASSERT_EQ(infos.size(), 5u);
   EXPECT_EQ(infos.back(), (Info{5, "cp 5", 720354, "b2b4 c6d4 e2d1 b7b5 b4c5"}));
 }
 
+// The table in use is the largest power of two of entries that fits the Hash option: the same fixed search
+// counts other nodes in a smaller table, and exactly the default's in the whole one.
+class UciHashSize : public ::testing::TestWithParam<std::tuple<int, unsigned long long>> {};
+
+TEST_P(UciHashSize, SetsTheEntriesInUse) {
+  const auto& [mebibytes, nodes] = GetParam();
+  const std::vector<Info> infos =
+      Infos(Session("setoption name Hash value " + std::to_string(mebibytes) + "\nisready\nucinewgame\nposition fen " +
+                    MIDDLEGAME + "\ngo depth 5\n"));
+  ASSERT_EQ(infos.size(), 5u);
+  EXPECT_EQ(infos.back().nodes, nodes);
+}
+
+INSTANTIATE_TEST_SUITE_P(Mebibytes, UciHashSize,
+                         ::testing::Values(std::tuple{1, 766911ull}, std::tuple{16, 721381ull},
+                                           std::tuple{1024, 720354ull}));
+
+// "Clear Hash" empties the table but keeps the game: the next search starts where the deepening left off
+// (depth 3) and counts the nodes of a cold table.
+TEST(Uci, ClearHashEmptiesTheTable) {
+  for (const auto& [clear, nodes] : {std::pair{"setoption name Clear Hash\n", 709937ull}, std::pair{"", 350534ull}}) {
+    EngineSession engine(VORLEK_UCI_BINARY, {});
+    engine.Send("ucinewgame\nposition fen " + MIDDLEGAME + "\ngo depth 5\n");
+    engine.ReadUntilLine("bestmove");
+    engine.Send(std::string(clear) + "go depth 5\n");
+    const std::vector<Info> infos = Infos(engine.ReadUntilLine("bestmove"));
+    ASSERT_FALSE(infos.empty());
+    EXPECT_EQ(infos.back().nodes, nodes) << clear;
+    ExpectCleanExit(engine.Finish());
+  }
+}
+
+// "readyok" comes when the part of the table in use is resident, and only that part is faulted in: an engine
+// told Hash 1 holds at least 60 MiB less than one told Hash 64.
+TEST(Uci, ReadyWhenTheTableInUseIsResident) {
+  int resident[2];
+  for (const int mebibytes : {1, 64}) {
+    EngineSession engine(VORLEK_UCI_BINARY, {});
+    engine.Send("uci\nsetoption name Hash value " + std::to_string(mebibytes) + "\nisready\n");
+    engine.ReadUntilLine("readyok");
+    resident[mebibytes == 64] = engine.ResidentMebibytes();
+    ExpectCleanExit(engine.Finish());
+  }
+  EXPECT_GE(resident[1], 64);
+  EXPECT_GE(resident[1] - resident[0], 60) << resident[0] << " MiB against " << resident[1] << " MiB";
+}
+
+// A game move from the book comes with an "info" line as searches do: depth 0, no node, the static value of
+// the position the move leads to, and the move as the variation.
+TEST(Uci, BookMoveHasAnInfoLine) {
+  const std::string output = Session("position startpos\ngo wtime 1000 btime 1000\n", "d2d4\n");
+  EXPECT_NE(output.find("info string book move d2d4\n"
+                        "info depth 0 score cp 14 time 0 nodes 0 nps 0 pv d2d4\n"
+                        "bestmove d2d4\n"),
+            std::string::npos)
+      << output;
+}
+
+// The variation shown stops at the first position the search scores as a draw at once, although the table
+// holds moves beyond it: here every move of black's reaches the fifty-move limit, while the same positions
+// were searched before, with the counter at 0.
+TEST(Uci, VariationStopsAtADraw) {
+  EngineSession engine(VORLEK_UCI_BINARY, {});
+  engine.Send("position fen 4k3/8/8/8/8/8/8/R3K3 b - - 0 80\ngo depth 4\n");
+  EXPECT_EQ(Infos(engine.ReadUntilLine("bestmove")).back().pv, "e8d7 a1a7 d7c6 e1d2");
+  engine.Send("position fen 4k3/8/8/8/8/8/8/R3K3 b - - 99 80\ngo depth 4\n");
+  const std::string drawn = engine.ReadUntilLine("bestmove");
+  EXPECT_EQ(Infos(drawn).back(), (Info{4, "cp 0", 18, "e8d7"}));
+  EXPECT_EQ(BestMove(drawn), "bestmove e8d7");
+  ExpectCleanExit(engine.Finish());
+}
+
+// Whatever ends the search, the last "info" line before "bestmove" shows the move played; an iteration given
+// up by the node limit changes nothing.
+class UciLastInfo : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(UciLastInfo, ShowsTheMovePlayed) {
+  const std::string output = Session("setoption name Hash value 1\nposition fen " + MIDDLEGAME + "\n" + GetParam());
+  const std::vector<Info> infos = Infos(output);
+  ASSERT_FALSE(infos.empty()) << output;
+  const std::string best = BestMove(output).substr(9, 4);
+  EXPECT_EQ(infos.back().pv.substr(0, 4), best) << output;
+}
+
+INSTANTIATE_TEST_SUITE_P(Limits, UciLastInfo,
+                         ::testing::Values("go nodes 1\n", "go nodes 20000\n", "go nodes 300000\n", "go depth 3\n"));
+
 TEST(Uci, MateIsShownAsAMate) {
   const std::string mating = Session("position fen 6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1\ngo depth 4\n");
-  EXPECT_EQ(Infos(mating).back().score, "mate 1") << mating;
+  // The variation ends with the mate.
+  EXPECT_EQ(Infos(mating).back(), (Info{2, "mate 1", 118, "d1d8"})) << mating;
   EXPECT_EQ(BestMove(mating), "bestmove d1d8");
   const std::string mated = Session("position fen 6k1/5ppp/8/8/8/8/5PPP/3r2K1 w - - 0 1\ngo depth 4\n");
   EXPECT_EQ(BestMove(mated), "bestmove 0000") << mated;
