@@ -32,17 +32,43 @@ int WalkPrincipalVariation(Move* line, int maxMoves) {
   return length;
 }
 
-// The root's remembered move when it belongs to the root and is legal there; otherwise the first legal
-// move of the root (a root drawn at once stores nothing), or MOVE_NONE.
-Move RootMove() {
-  const Move stored = ProbeHashMove(current->key);
-  if (stored && IsGeneratedMove(*current, stored) && IsLegalMove(stored)) return stored;
+// The root's legal moves that the limits let it search (all of them when the limits name none that is legal).
+void TakeRootMoves(const SearchLimits& limits, RootMoves& root) {
+  root.root = current;
   FlatMoveList list;
   GenerateAllMoves(*current, list);
   for (int i = 0; i < list.count; ++i) {
-    if (IsLegalMove(list.moves[i])) return list.moves[i];
+    const Move m = list.moves[i];
+    const bool named = std::find(limits.rootMoves, limits.rootMoves + limits.rootMoveCount, m) !=
+                       limits.rootMoves + limits.rootMoveCount;
+    if ((named || limits.rootMoveCount == 0) && IsLegalMove(m)) root.allowed[root.allowedCount++] = m;
+  }
+  if (limits.rootMoveCount == 0 || root.allowedCount == 0) {
+    root.allowedCount = 0;  // every move
+  }
+}
+
+// The root's remembered move when it belongs to the root, is legal there and may be searched; otherwise the
+// first legal move the root may search (a root drawn at once stores nothing), or MOVE_NONE.
+Move RootMove(const RootMoves& root) {
+  const Move stored = ProbeHashMove(current->key);
+  if (stored && IsGeneratedMove(*current, stored) && IsLegalMove(stored) && !root.Skips(stored)) return stored;
+  FlatMoveList list;
+  GenerateAllMoves(*current, list);
+  for (int i = 0; i < list.count; ++i) {
+    if (!root.Skips(list.moves[i]) && IsLegalMove(list.moves[i])) return list.moves[i];
   }
   return MOVE_NONE;
+}
+
+// The number of legal root moves the root may search.
+int SearchableRootMoves(const RootMoves& root) {
+  if (root.allowedCount > 0) return root.allowedCount;
+  FlatMoveList list;
+  GenerateAllMoves(*current, list);
+  int count = 0;
+  for (int i = 0; i < list.count; ++i) count += IsLegalMove(list.moves[i]);
+  return count;
 }
 
 }  // namespace
@@ -63,29 +89,65 @@ Move IterativeDeepening(const SearchLimits& limits, IterationListener& listener)
   searchDepth = std::min(searchDepth <= 3 ? 1 : searchDepth - 3, std::max(limits.maxDepth, 1));
   uint64_t nodesBefore = 0;  // of the finished iterations
   Move best = MOVE_NONE;     // the root's move as the last finished iteration left it
-  for (;;) {
-    StopRules rules;
-    rules.clockStart = &clockStart;
-    rules.abandonAfter = limits.abandonAfter;
-    // A limit of all iterations' nodes gives this one what the finished ones left (at least one node).
-    if (limits.maxNodes != 0) rules.nodeLimit = limits.maxNodes > nodesBefore ? limits.maxNodes - nodesBefore : 1;
-    rules.stop = limits.stop;
-    SetStopRules(rules);
 
-    nodes = 0;
-    const int score = Search(searchDepth, -(MATE_SCORE + searchDepth), MATE_SCORE + searchDepth);
-    if (IterationAbandoned()) break;  // it has no score, reports nothing and changes no move
-    best = RootMove();
-    const int64_t now = WallClockMicroseconds();
-    const int64_t elapsed = now - start;
-    nodesBefore += nodes;
+  static RootMoves root;  // static: two arrays of moves, too large for a thread's stack to spare lightly
+  root = RootMoves{};
+  TakeRootMoves(limits, root);
+  const int lines = std::min(std::max(limits.lines, 1), std::max(SearchableRootMoves(root), 1));
+  SetRootMoves(&root);
 
+  struct Found {
+    int score;
     Move line[MAX_SEARCH_DEPTH + 1];
-    const int length = WalkPrincipalVariation(line, searchDepth);
-    listener.Finished({searchDepth, score, elapsed, nodes, line, length, current->side});
+    int length;
+    uint64_t nodes;
+    int64_t elapsed;
+  };
+  static Found found[MAX_ROOT_MOVES];  // the lines of the iteration under way
+  for (;;) {
+    // Each line searches the root again without the moves of the lines before it: its score is exact.
+    int linesFound = 0;
+    bool abandoned = false;
+    root.excludedCount = 0;
+    while (linesFound < lines) {
+      StopRules rules;
+      rules.clockStart = &clockStart;
+      rules.abandonAfter = limits.abandonAfter;
+      // A limit of all iterations' nodes gives this one what the finished ones left (at least one node).
+      if (limits.maxNodes != 0) rules.nodeLimit = limits.maxNodes > nodesBefore ? limits.maxNodes - nodesBefore : 1;
+      rules.stop = limits.stop;
+      SetStopRules(rules);
+
+      nodes = 0;
+      Found& f = found[linesFound];
+      f.score = Search(searchDepth, -(MATE_SCORE + searchDepth), MATE_SCORE + searchDepth);
+      if (IterationAbandoned()) {
+        abandoned = true;  // the iteration has no score, reports nothing and changes no move
+        break;
+      }
+      nodesBefore += f.nodes = nodes;
+      f.elapsed = WallClockMicroseconds() - start;
+      f.length = WalkPrincipalVariation(f.line, searchDepth);
+      ++linesFound;
+      // A root drawn at once stores no move: its lines cannot be told apart, and it has one.
+      const Move move = ProbeHashMove(current->key);
+      if (!move || f.length == 0 || f.line[0] != move) break;
+      root.excluded[root.excludedCount++] = move;
+    }
+    if (abandoned) break;
+    // The root's entry holds the last line's move: the best line's goes back, for the move played and for
+    // the next iteration's order.
+    if (linesFound > 1) StoreHashMove(current->key, found[0].line[0]);
+    root.excludedCount = 0;
+    best = RootMove(root);
+    for (int k = 0; k < linesFound; ++k) {
+      const Found& f = found[k];
+      listener.Finished({searchDepth, f.score, f.elapsed, f.nodes, f.line, f.length, current->side, k + 1});
+    }
 
     ++searchDepth;
-    const bool mate = IsMateScore(score);
+    const int64_t now = start + found[linesFound - 1].elapsed;  // when the iteration's last search ended
+    const bool mate = IsMateScore(found[0].score);
     const int64_t clockStarted = clockStart.load();
     const bool timeUp = clockStarted != 0 && now - clockStarted >= limits.iterationLimit;
     if (timeUp || searchDepth > limits.maxDepth || mate) break;
@@ -93,9 +155,12 @@ Move IterativeDeepening(const SearchLimits& limits, IterationListener& listener)
     if (limits.stop && limits.stop->load()) break;
   }
   SetStopRules({});
+  root.excludedCount = 0;
   // An abandoned iteration stores nothing at the root, but the positions it searched may have taken the
   // root's entry: the move is the one the last finished iteration left.
-  return best ? best : RootMove();
+  if (!best) best = RootMove(root);
+  SetRootMoves(nullptr);
+  return best;
 }
 
 }  // namespace vorlek

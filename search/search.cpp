@@ -58,6 +58,20 @@ inline bool Abandoned() {
 
 }  // namespace
 
+// The root's rules; `rootRecord` is their record, and no node of the stack is it when there are none.
+const RootMoves* rootMoves = nullptr;
+const Position* rootRecord = nullptr;
+
+bool RootMoves::Skips(Move move) const {
+  if (std::find(excluded, excluded + excludedCount, move) != excluded + excludedCount) return true;
+  return allowedCount > 0 && std::find(allowed, allowed + allowedCount, move) == allowed + allowedCount;
+}
+
+void SetRootMoves(const RootMoves* moves) {
+  rootMoves = moves;
+  rootRecord = moves ? moves->root : nullptr;
+}
+
 void SetStopRules(const StopRules& rules) {
   stopRules = rules;
   abandoned = false;
@@ -121,9 +135,11 @@ int Search(int depth, int alpha, int beta) {
 
   Move bestMove = MOVE_NONE;
   bool noLegalMove = true;
+  // The root may be told to leave moves out (several best lines, moves the interface names).
+  const bool restricted = current == rootRecord;
   // A remembered move is trusted only when the generators would produce it here.
   Move hashMove = ProbeHashMove(p.key);
-  if (hashMove && !IsGeneratedMove(p, hashMove)) hashMove = MOVE_NONE;
+  if (hashMove && (!IsGeneratedMove(p, hashMove) || (restricted && rootMoves->Skips(hashMove)))) hashMove = MOVE_NONE;
 
   // A cut-off remembers the move that caused it; an abandoned search remembers nothing.
   auto cutOff = [&] {
@@ -138,6 +154,7 @@ int Search(int depth, int alpha, int beta) {
 
   // Searches one move; true when it cuts the node off (or the search is abandoned).
   auto searchMove = [&](Move move) {
+    if (restricted && rootMoves->Skips(move)) return false;
     int score, standPat;
     if (predictLeaves && LeafStandsPat(p, basis, move, -alpha, standPat)) {
       nodes += 2;  // the leaf and its quiescence node

@@ -3,6 +3,9 @@
 #include <atomic>
 #include <cstdint>
 
+#include "board/move.h"
+#include "board/position.h"
+
 namespace vorlek {
 
 constexpr int MATE_SCORE = 15000;     // a side mated at remaining depth d scores -(MATE_SCORE + d)
@@ -29,6 +32,19 @@ struct StopRules {
 
 // Sets the rules for the iterations that follow and clears an earlier abandonment.
 void SetStopRules(const StopRules& rules);
+
+// Which moves the root may search: when `allowed` lists any, only those; never those in `excluded`. The
+// search looks at them only in the node of the record `root`, the position the deepening searches.
+constexpr int MAX_ROOT_MOVES = 256;  // more than any position has legal moves (218 at most)
+struct RootMoves {
+  const Position* root = nullptr;
+  Move allowed[MAX_ROOT_MOVES];
+  int allowedCount = 0;
+  Move excluded[MAX_ROOT_MOVES];
+  int excludedCount = 0;
+  bool Skips(Move move) const;
+};
+void SetRootMoves(const RootMoves* moves);  // null: every move
 
 // Whether the last iteration was given up; its score then means nothing.
 bool IterationAbandoned();

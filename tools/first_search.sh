@@ -6,8 +6,9 @@
 #
 #   tools/first_search.sh ENGINE [DELAY]
 #
-# DELAY: seconds between the handshake and the first "go" (default 5). The engine runs in a temporary
-# folder holding the shipped book. Prints, for each search, the depth reached, the nodes of all its
+# ENGINE: vorlek (the xboard protocol) or vorlek-uci (UCI, told by the name). DELAY: seconds between the
+# handshake (for UCI: "uci", then "isready" answered) and the first "go" (default 5; 0 starts the search at
+# once, as a tournament runner does). The engine runs in a temporary folder holding the shipped book. Prints, for each search, the depth reached, the nodes of all its
 # iterations, the time it took and the nodes per second, then the first search's depth and speed as a
 # ratio to the second's. Exit status 0 when the first search reached the second's depth, 1 when not,
 # 2 on a usage error or when the engine misbehaved.
@@ -24,6 +25,34 @@ cd "$work"
 
 coproc ENGINE { exec "$engine" 2>&1; }
 send() { printf '%s\n' "$@" >&"${ENGINE[1]}"; }
+uci=0
+case $(basename "$engine") in *uci*) uci=1 ;; esac
+# Reads lines until one that begins with $1.
+await() {
+  local line
+  while IFS= read -r -t 120 line <&"${ENGINE[0]}"; do
+    case $line in "$1"*) return 0 ;; esac
+  done
+  echo "no $1 from the engine" >&2
+  exit 2
+}
+# UCI: reads info lines until "bestmove"; prints "depth nodes centiseconds" (nodes and time of the whole
+# search are on the last info line).
+uci_search() {
+  local depth=0 nodes=0 time=0 line
+  while IFS= read -r -t 120 line <&"${ENGINE[0]}"; do
+    case $line in
+      bestmove*) echo "$depth $nodes $time"; return 0 ;;
+      "info depth "*)
+        depth=$(sed 's/.* depth \([0-9]*\).*/\1/' <<<"$line")
+        nodes=$(sed 's/.* nodes \([0-9]*\).*/\1/' <<<"$line")
+        time=$(($(sed 's/.* time \([0-9]*\).*/\1/' <<<"$line") / 10))
+        ;;
+    esac
+  done
+  echo "the engine gave no move" >&2
+  exit 2
+}
 # Reads thinking lines until the engine's move; prints "depth nodes centiseconds" of the search.
 search() {
   local depth=0 nodes=0 time=0 line
@@ -42,13 +71,25 @@ search() {
   exit 2
 }
 
-send xboard "protover 2"
-IFS= read -r -t 10 feature <&"${ENGINE[0]}" || { echo "no feature line" >&2; exit 2; }
-sleep "$delay"
-send force "setboard $fen" "time 24000" "otim 24000" go
-read -r d1 n1 t1 < <(search)
-send force "setboard $fen" "time 24000" "otim 24000" go
-read -r d2 n2 t2 < <(search)
+if [ $uci -eq 1 ]; then
+  send uci
+  await uciok
+  send isready
+  await readyok
+  sleep "$delay"
+  send ucinewgame "position fen $fen" "go wtime 240000 btime 240000"
+  read -r d1 n1 t1 < <(uci_search)
+  send ucinewgame "position fen $fen" "go wtime 240000 btime 240000"
+  read -r d2 n2 t2 < <(uci_search)
+else
+  send xboard "protover 2"
+  IFS= read -r -t 10 feature <&"${ENGINE[0]}" || { echo "no feature line" >&2; exit 2; }
+  sleep "$delay"
+  send force "setboard $fen" "time 24000" "otim 24000" go
+  read -r d1 n1 t1 < <(search)
+  send force "setboard $fen" "time 24000" "otim 24000" go
+  read -r d2 n2 t2 < <(search)
+fi
 send quit
 wait "$ENGINE_PID" || true
 

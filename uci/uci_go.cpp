@@ -1,6 +1,7 @@
 #include "uci/uci_go.h"
 
 #include <algorithm>
+#include <iterator>
 #include <sstream>
 
 #include "board/types.h"
@@ -22,8 +23,18 @@ GoRequest ParseGo(const std::string& arguments, std::string& ignored) {
     if (in >> value) field = static_cast<std::remove_reference_t<decltype(field)>>(value);
     in.clear();
   };
+  bool moves = false;  // the words after "searchmoves" are moves until the next keyword
   for (std::string word; in >> word;) {
-    if (word == "wtime") {
+    if (word == "searchmoves") {
+      moves = true;
+      continue;
+    }
+    static const char* const KEYWORDS[] = {"wtime", "btime", "winc",     "binc",     "movestogo", "depth",
+                                           "nodes", "mate",  "movetime", "infinite", "ponder"};
+    if (std::find(std::begin(KEYWORDS), std::end(KEYWORDS), word) != std::end(KEYWORDS)) moves = false;
+    if (moves) {
+      r.searchMoves.push_back(word);
+    } else if (word == "wtime") {
       number(r.time[0]);
     } else if (word == "btime") {
       number(r.time[1]);
@@ -45,7 +56,7 @@ GoRequest ParseGo(const std::string& arguments, std::string& ignored) {
       r.infinite = true;
     } else if (word == "ponder") {
       r.ponder = true;
-    } else {  // "searchmoves" and its moves among them
+    } else {
       ignored += (ignored.empty() ? "" : " ") + word;
     }
   }
@@ -53,8 +64,8 @@ GoRequest ParseGo(const std::string& arguments, std::string& ignored) {
 }
 
 bool PlaysAGameMove(const GoRequest& r) {
-  return !r.infinite && !r.ponder && r.depth == 0 && r.nodes == 0 && r.mate == 0 &&
-         (r.time[0] >= 0 || r.time[1] >= 0 || r.moveTime >= 0);
+  return !r.infinite && !r.ponder && r.depth == 0 && r.nodes == 0 && r.mate == 0 && r.moveTime < 0 &&
+         r.searchMoves.empty() && (r.time[0] >= 0 || r.time[1] >= 0);
 }
 
 bool WaitsForStop(const GoRequest& r) {

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "search/deepening.h"
 
@@ -18,13 +19,14 @@ struct GoRequest {
   int64_t moveTime = -1;
   bool infinite = false;
   bool ponder = false;
+  std::vector<std::string> searchMoves;  // the moves after "searchmoves", as given
 };
 
-// Reads the arguments of "go"; `ignored` collects what it does not use (searchmoves and their moves).
+// Reads the arguments of "go"; `ignored` collects the words it does not know.
 GoRequest ParseGo(const std::string& arguments, std::string& ignored);
 
-// Whether the search is a move of a game under a clock (or a fixed time), where the book may answer,
-// rather than analysis.
+// Whether the search is a move of a game under a clock, where the book may answer, rather than analysis:
+// the interfaces' analysis panes send "go infinite" or a fixed time ("go movetime"), games a clock.
 bool PlaysAGameMove(const GoRequest& request);
 
 // Whether the interface waits for "stop" (or "ponderhit") before it wants the best move.

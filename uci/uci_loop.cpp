@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <sstream>
+#include <vector>
 
 #include "board/history.h"
 #include "board/init_tables.h"
@@ -66,7 +67,9 @@ void Session::SetOption(const std::string& arguments) {
     case OptionSet::BOOK_FILE: bookLoaded_ = false; break;
     case OptionSet::NOTHING:
     case OptionSet::PONDER:
-    case OptionSet::MOVE_OVERHEAD: break;
+    case OptionSet::MOVE_OVERHEAD:
+    case OptionSet::MULTI_PV:
+    case OptionSet::ANALYSE_MODE: break;
   }
 }
 
@@ -86,7 +89,21 @@ void Session::Go(const std::string& arguments) {
   const GoRequest request = ParseGo(arguments, ignored);
   if (!ignored.empty()) Send("info string go: ignored %s", ignored.c_str());
   KeepRoomAboveHistory();
-  if (PlaysAGameMove(request) && options_.ownBook) {
+  // The moves named after "searchmoves" that are legal here; none: every move.
+  std::vector<Move> allowed;
+  for (const std::string& text : request.searchMoves) {
+    const Move move = LegalMoveNamed(text);
+    if (move) {
+      allowed.push_back(move);
+    } else {
+      Send("info string searchmoves: %s is not a legal move here", text.c_str());
+    }
+  }
+  if (!request.searchMoves.empty() && allowed.empty()) {
+    Send("info string searchmoves: no legal move named; every move is searched");
+  }
+  // The book answers game moves only: not in analysis, nor when the interface asks for several lines.
+  if (PlaysAGameMove(request) && options_.ownBook && !options_.analyseMode && options_.multiPv == 1) {
     if (const Move move = NextBookMove(useBook, *current)) {
       char text[MOVE_TEXT_SIZE];
       MoveToPlainText(text, move, current->side);
@@ -96,8 +113,11 @@ void Session::Go(const std::string& arguments) {
       return;
     }
   }
-  search_.Start(LimitsFor(request, current->side, GamePly(), options_.moveOverhead), WaitsForStop(request),
-                request.ponder);
+  SearchLimits limits = LimitsFor(request, current->side, GamePly(), options_.moveOverhead);
+  limits.lines = options_.multiPv;
+  limits.rootMoves = allowed.data();
+  limits.rootMoveCount = static_cast<int>(allowed.size());
+  search_.Start(limits, WaitsForStop(request), request.ponder);
 }
 
 bool Session::ExecuteUciCommand(const std::string& line) {

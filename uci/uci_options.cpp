@@ -29,9 +29,11 @@ struct Check {
 constexpr Spin SPINS[] = {
     {"Hash", 1, HASH_TABLE_MEBIBYTES, &Options::hash, OptionSet::HASH},
     {"Move Overhead", 0, MAX_MOVE_OVERHEAD, &Options::moveOverhead, OptionSet::MOVE_OVERHEAD},
+    {"MultiPV", 1, MAX_MULTI_PV, &Options::multiPv, OptionSet::MULTI_PV},
 };
 constexpr Check CHECKS[] = {
     {"Ponder", &Options::ponder, OptionSet::PONDER},
+    {"UCI_AnalyseMode", &Options::analyseMode, OptionSet::ANALYSE_MODE},
     {"OwnBook", &Options::ownBook, OptionSet::OWN_BOOK},
 };
 
@@ -77,7 +79,9 @@ std::vector<std::string> OptionLines() {
   lines.push_back("option name Clear Hash type button");
   check(CHECKS[0]);
   spin(SPINS[1]);
+  spin(SPINS[2]);
   check(CHECKS[1]);
+  check(CHECKS[2]);
   lines.push_back("option name BookFile type string default " + defaults.bookFile);
   return lines;
 }

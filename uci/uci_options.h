@@ -9,10 +9,14 @@
 
 namespace vorlek::uci {
 
+constexpr int MAX_MULTI_PV = 32;
+
 struct Options {
   int hash = HASH_TABLE_MEBIBYTES;           // MiB of the table in use
   bool ponder = false;                       // the interface may ponder (it says so; "go ponder" ponders)
   int moveOverhead = DEFAULT_MOVE_OVERHEAD;  // milliseconds kept back for the way to the interface
+  int multiPv = 1;                           // best lines reported per iteration
+  bool analyseMode = false;                  // the interface analyses: the book is never played
   bool ownBook = true;
   std::string bookFile = DEFAULT_BOOK_FILE;
 };
@@ -21,7 +25,7 @@ struct Options {
 std::vector<std::string> OptionLines();
 
 // What a "setoption" changed.
-enum class OptionSet { NOTHING, HASH, CLEAR_HASH, PONDER, MOVE_OVERHEAD, OWN_BOOK, BOOK_FILE };
+enum class OptionSet { NOTHING, HASH, CLEAR_HASH, PONDER, MOVE_OVERHEAD, MULTI_PV, ANALYSE_MODE, OWN_BOOK, BOOK_FILE };
 
 struct SetOptionResult {
   OptionSet set = OptionSet::NOTHING;

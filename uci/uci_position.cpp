@@ -6,6 +6,7 @@
 
 #include "board/fen.h"
 #include "board/history.h"
+#include "board/make_move.h"
 #include "board/position.h"
 #include "board/user_move.h"
 
@@ -16,14 +17,14 @@ namespace {
 // The game before the command, kept while the new one is built.
 SavedGame before;
 
-// Makes one move in coordinate notation (promotion letter in either case); false when it is no legal move.
-bool PlayMove(std::string text) {
-  if (text.size() < 4 || text.size() > 5) return false;
-  if (text.size() == 5) text[4] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[4])));
-  return ReadUserMove(text.c_str()) == MOVE_OK;
-}
-
 }  // namespace
+
+Move LegalMoveNamed(std::string text) {
+  if (text.size() < 4 || text.size() > 5) return MOVE_NONE;
+  if (text.size() == 5) text[4] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[4])));
+  Move move;
+  return FindUserMove(text.c_str(), move) == MOVE_OK ? move : MOVE_NONE;
+}
 
 bool SetPosition(const std::string& arguments, std::string& problem) {
   std::istringstream in(arguments);
@@ -54,7 +55,9 @@ bool SetPosition(const std::string& arguments, std::string& problem) {
   StartGame(start);
   const size_t firstMove = next + 1;
   for (next = firstMove; next < words.size(); ++next) {
-    if (!PlayMove(words[next])) {
+    const Move move = LegalMoveNamed(words[next]);
+    if (move) MakeMove(move);
+    if (!move) {
       problem = "illegal move " + words[next] + " (move " + std::to_string(next - firstMove + 1) + " of the list)";
       RestoreGame(before);
       return false;

@@ -46,30 +46,38 @@ int ShownLength(const Iteration& it) {
   return shown;
 }
 
-void SendInfo(int depth, const std::string& score, int64_t elapsed, uint64_t nodes, const Move* pv, int pvLength,
-              int rootSide) {
-  std::string line = pvLength > 0 ? " pv" : "";
+void SendInfo(int depth, int line, const std::string& score, int64_t elapsed, uint64_t nodes, const Move* pv,
+              int pvLength, int rootSide) {
+  // The line's number only when there are several: one line is shown as UCI's plain info line.
+  const std::string multiPv = line > 0 ? " multipv " + std::to_string(line) : "";
+  std::string moves = pvLength > 0 ? " pv" : "";
   for (int i = 0; i < pvLength; ++i) {
     char text[MOVE_TEXT_SIZE];
     MoveToPlainText(text, pv[i], rootSide ^ (i % 2 == 0 ? WHITE : BLACK));
-    line += std::string(" ") + text;
+    moves += std::string(" ") + text;
   }
   const long long ms = elapsed / 1000;
   const unsigned long long nps = elapsed > 0 ? nodes * 1000000 / static_cast<uint64_t>(elapsed) : 0;
-  Send("info depth %d score %s time %lld nodes %llu nps %llu%s", depth, score.c_str(), ms,
-       static_cast<unsigned long long>(nodes), nps, line.c_str());
+  Send("info depth %d%s score %s time %lld nodes %llu nps %llu%s", depth, multiPv.c_str(), score.c_str(), ms,
+       static_cast<unsigned long long>(nodes), nps, moves.c_str());
 }
 
-// Each iteration as an "info" line; the nodes and the time are those of the whole search so far.
+// Each line of each iteration as an "info" line; the nodes and the time are those of the whole search so
+// far. What the best line showed is kept for the move played and the move to ponder on.
 class InfoOutput : public IterationListener {
  public:
+  explicit InfoOutput(bool severalLines) : severalLines_(severalLines) {}
+
   void Finished(const Iteration& it) override {
     nodes_ += it.nodes;
-    pvLength_ = ShownLength(it);
-    for (int i = 0; i < pvLength_; ++i) pv_[i] = it.pv[i];
+    const int length = ShownLength(it);
+    const std::string score = ScoreText(it.score, it.depth);
+    SendInfo(it.depth, severalLines_ ? it.line : 0, score, it.elapsed, nodes_, it.pv, length, it.rootSide);
+    if (it.line != 1) return;
+    pvLength_ = length;
+    for (int i = 0; i < length; ++i) pv_[i] = it.pv[i];
     depth_ = it.depth;
-    score_ = ScoreText(it.score, it.depth);
-    SendInfo(it.depth, score_, it.elapsed, nodes_, pv_, pvLength_, it.rootSide);
+    score_ = score;
   }
 
   // The last line before "bestmove" shows the move played: when the last variation does not begin with
@@ -78,7 +86,7 @@ class InfoOutput : public IterationListener {
   void ShowMovePlayed(Move best, int64_t elapsed) {
     if (pvLength_ > 0 && pv_[0] == best) return;
     if (depth_ == 0) score_ = "cp " + std::to_string(MoveStaticValue(best));
-    SendInfo(depth_, score_, elapsed, nodes_, &best, 1, current->side);
+    SendInfo(depth_, severalLines_ ? 1 : 0, score_, elapsed, nodes_, &best, 1, current->side);
   }
 
   // The reply the last variation expects to `best`, when it is legal there.
@@ -96,6 +104,7 @@ class InfoOutput : public IterationListener {
   int pvLength_ = 0;
   int depth_ = 0;
   std::string score_;
+  bool severalLines_;
 };
 
 }  // namespace
@@ -108,7 +117,7 @@ int MoveStaticValue(Move move) {
 }
 
 void SendUnsearchedMove(Move move) {
-  SendInfo(0, "cp " + std::to_string(MoveStaticValue(move)), 0, 0, &move, 1, current->side);
+  SendInfo(0, 0, "cp " + std::to_string(MoveStaticValue(move)), 0, 0, &move, 1, current->side);
 }
 
 Command CommandOf(const std::string& word) {
@@ -148,6 +157,10 @@ void SearchThread::Start(SearchLimits limits, bool holdBestMove, bool pondering)
   clockStart_ = pondering ? 0 : WallClockMicroseconds();
   limits.stop = &stop_;
   limits.clockStart = &clockStart_;
+  // The moves named stay here while the search runs.
+  limits.rootMoveCount = std::min(limits.rootMoveCount, MAX_ROOT_MOVES);
+  std::copy(limits.rootMoves, limits.rootMoves + limits.rootMoveCount, rootMoves_);
+  limits.rootMoves = rootMoves_;
   thread_ = std::thread(&SearchThread::Run, this, limits);
 }
 
@@ -185,7 +198,7 @@ void SearchThread::PonderHit() {
 }
 
 void SearchThread::Run(SearchLimits limits) {
-  InfoOutput info;
+  InfoOutput info(limits.lines > 1);
   const int64_t start = WallClockMicroseconds();
   const Move best = IterativeDeepening(limits, info);
   if (best) info.ShowMovePlayed(best, WallClockMicroseconds() - start);

@@ -67,6 +67,7 @@ class SearchThread {
   void Run(SearchLimits limits);
 
   std::thread thread_;
+  Move rootMoves_[MAX_ROOT_MOVES];
   std::atomic<bool> stop_{false};
   std::atomic<int64_t> clockStart_{0};
   std::atomic<bool> pondering_{false};

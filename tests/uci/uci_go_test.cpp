@@ -62,8 +62,12 @@ INSTANTIATE_TEST_SUITE_P(
                    300},
         LimitsCase{"NoMoveOverhead", "wtime 1000 btime 1000", WHITE, 0, 4166, 800000, MAX_SEARCH_DEPTH, 0, false, true,
                    0},
-        // A fixed time: the overhead and a tenth of the rest are left.
-        LimitsCase{"MoveTime", "movetime 1000", WHITE, 0, 237500, 855000, MAX_SEARCH_DEPTH, 0, false, true},
+        // A fixed time: the overhead and a tenth of the rest are left. Analysis panes send it (ChessX): the
+        // book does not answer.
+        LimitsCase{"MoveTime", "movetime 1000", WHITE, 0, 237500, 855000, MAX_SEARCH_DEPTH, 0, false, false},
+        // The interface asks about chosen moves: the book does not answer.
+        LimitsCase{"SearchMoves", "wtime 1000 btime 1000 searchmoves e2e4 d2d4", WHITE, 0, 3958, 760000,
+                   MAX_SEARCH_DEPTH, 0, false, false},
         LimitsCase{"DepthAndNodes", "depth 5 nodes 1000", WHITE, 0, NONE, NONE, 5, 1000},
         LimitsCase{"Mate", "mate 2", BLACK, 0, NONE, NONE, 4},
         LimitsCase{"Infinite", "infinite", WHITE, 0, NONE, NONE, MAX_SEARCH_DEPTH, 0, true},

@@ -21,6 +21,8 @@ const std::string UCI_REPLY =
     "option name Clear Hash type button\n"
     "option name Ponder type check default false\n"
     "option name Move Overhead type spin default 50 min 0 max 5000\n"
+    "option name MultiPV type spin default 1 min 1 max 32\n"
+    "option name UCI_AnalyseMode type check default false\n"
     "option name OwnBook type check default true\n"
     "option name BookFile type string default Aperture.txt\n"
     "uciok\n";
