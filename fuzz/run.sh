@@ -2,7 +2,7 @@
 # Builds the fuzz targets (libFuzzer with AddressSanitizer and UndefinedBehaviorSanitizer, compiled
 # straight from the engine's sources) and runs each for SECONDS seconds.
 #
-#   fuzz/run.sh SECONDS [TARGET...]     TARGET: command_loop, fen, book (default: all three)
+#   fuzz/run.sh SECONDS [TARGET...]     TARGET: command_loop, fen, book, uci (default: all four)
 #
 # Inputs that find new coverage are kept in fuzz/corpus-work/TARGET (not versioned); the seeds in
 # fuzz/corpus/TARGET are read, never written. A crash, a leak or a broken invariant stops the run,
@@ -10,13 +10,13 @@
 # Environment: CXX (default clang++), FUZZ_FLAGS (extra libFuzzer options).
 set -euo pipefail
 
-usage() { echo "usage: fuzz/run.sh SECONDS [command_loop|fen|book ...]" >&2; exit 2; }
+usage() { echo "usage: fuzz/run.sh SECONDS [command_loop|fen|book|uci ...]" >&2; exit 2; }
 [ $# -ge 1 ] || usage
 seconds=$1
 shift
 [[ $seconds =~ ^[0-9]+$ ]] || usage
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(command_loop fen book)
+[ ${#targets[@]} -gt 0 ] || targets=(command_loop fen book uci)
 for t in "${targets[@]}"; do
   [ -f "$(dirname "$0")/${t}_fuzz.cpp" ] || usage
 done
@@ -24,13 +24,13 @@ done
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$root/build/fuzz
 cxx=${CXX:-clang++}
-common=(-std=c++20 -O1 -g -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=all
+common=(-std=c++20 -pthread -O1 -g -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=all
         -Wall -Wextra -I"$root")
 mkdir -p "$build/obj" "$build/artifacts"
 
 # The engine's sources, instrumented for coverage; rebuilt when a source or header is newer.
-sources=("$root"/board/*.cpp "$root"/game/*.cpp "$root"/search/*.cpp)
-newest_header=$(ls -t "$root"/board/*.h "$root"/game/*.h "$root"/search/*.h | head -n 1)
+sources=("$root"/board/*.cpp "$root"/game/*.cpp "$root"/search/*.cpp "$root"/uci/*.cpp)
+newest_header=$(ls -t "$root"/board/*.h "$root"/game/*.h "$root"/search/*.h "$root"/uci/*.h | head -n 1)
 objects=()
 stale=()
 for src in "${sources[@]}"; do

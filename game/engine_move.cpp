@@ -14,9 +14,6 @@
 
 namespace vorlek {
 
-namespace {
-
-// The limits of the xboard clocks: the allotment of the side to move from both clocks (centiseconds).
 SearchLimits ClockLimits() {
   const int64_t engineClock = int64_t{engineTime} * 10000, opponentClock = int64_t{opponentTime} * 10000;
   const TimeAllotment allotment =
@@ -27,8 +24,6 @@ SearchLimits ClockLimits() {
   limits.maxDepth = maxThinkDepth;
   return limits;
 }
-
-}  // namespace
 
 bool Think(char* moveText) {
   KeepRoomAboveHistory();

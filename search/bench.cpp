@@ -69,7 +69,7 @@ const std::string* FirstRefusedPosition(const std::vector<std::string>& fens) {
   return nullptr;
 }
 
-BenchResult RunBench(const std::vector<std::string>& fens, int depth, IterationListener& listener) {
+BenchResult RunBench(const std::vector<std::string>& fens, int depth, IterationListener& listener, int lines) {
   MakeHashTableResident();
   BenchResult result{};
   struct Counting : IterationListener {
@@ -87,6 +87,7 @@ BenchResult RunBench(const std::vector<std::string>& fens, int depth, IterationL
     NewSearchGame(setUp);
     SearchLimits limits;
     limits.maxDepth = depth;
+    limits.lines = lines;
     const auto start = std::chrono::steady_clock::now();
     const double cpuStart = CpuSeconds();
     IterativeDeepening(limits, counting);

@@ -26,8 +26,9 @@ struct BenchResult {
   double cpuSeconds;  // ... and by the processor time of the process
 };
 
-// Searches each position in a new game (an empty table), iterations to listener. The table is faulted in
-// first, outside the time measured.
-BenchResult RunBench(const std::vector<std::string>& fens, int depth, IterationListener& listener);
+// Searches each position in a new game (an empty table), iterations to listener, each with `lines` best
+// lines (1: the engine's own search, the signature's). The table is faulted in first, outside the time
+// measured.
+BenchResult RunBench(const std::vector<std::string>& fens, int depth, IterationListener& listener, int lines = 1);
 
 }  // namespace vorlek

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -20,10 +21,12 @@ namespace {
 
 constexpr ProgramText PROGRAM = {
     "vorlek-bench",
-    "usage: vorlek-bench [DEPTH [FENFILE]] | --help | --version\n"
+    "usage: vorlek-bench [--lines K] [DEPTH [FENFILE]] | --help | --version\n"
     "  Searches fixed positions (the built-in ones, or one FEN a line of FENFILE) with the engine's own\n"
     "  deepening from depth 1 to DEPTH (default 7), prints every iteration as \"depth score nodes moves\"\n"
-    "  and the total, the engine's signature. Search time and speed go to standard error.\n"};
+    "  and the total, the engine's signature. Search time and speed go to standard error.\n"
+    "  --lines K: the K best lines in every iteration, as an analysis interface asks for them (MultiPV);\n"
+    "  every line is printed, and the total is not the signature.\n"};
 
 // The positions of a file, one FEN a line; blank lines (and the carriage returns of a DOS file) carry none.
 bool ReadFenFile(const char* path, std::vector<std::string>& fens) {
@@ -61,7 +64,19 @@ class BenchOutput : public IterationListener {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (const auto status = AnswerCommonOptions(argc, argv, PROGRAM)) return *status;
+  if (const auto status = AnswerCommonOptions(argc, argv, PROGRAM, {"--lines"})) return *status;
+  int lines = 1;
+  if (argc > 2 && std::strcmp(argv[1], "--lines") == 0) {
+    char* end;
+    const long k = std::strtol(argv[2], &end, 10);
+    if (*end || end == argv[2] || k < 1 || k > MAX_ROOT_MOVES) {
+      std::fprintf(stderr, "vorlek-bench: lines must be a number from 1 to %d\n", MAX_ROOT_MOVES);
+      return 2;
+    }
+    lines = static_cast<int>(k);
+    argv += 2;
+    argc -= 2;
+  }
   if (argc > 3) return UsageError(PROGRAM);
   int depth = DEFAULT_BENCH_DEPTH;
   if (argc > 1) {
@@ -90,7 +105,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   BenchOutput output;
-  const BenchResult result = RunBench(fens, depth, output);
+  const BenchResult result = RunBench(fens, depth, output, lines);
   std::printf("total %llu\n", static_cast<unsigned long long>(result.nodes));
   std::fflush(stdout);
   // On a busy machine the processor time shows what the search itself cost.

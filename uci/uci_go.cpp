@@ -83,6 +83,9 @@ SearchLimits LimitsFor(const GoRequest& r, int side, int ply, int moveOverhead) 
   if (r.depth > 0) limits.maxDepth = std::min(r.depth, MAX_SEARCH_DEPTH);
   if (r.mate > 0) limits.maxDepth = std::min(limits.maxDepth, 2 * r.mate);
   limits.maxNodes = r.nodes;
+  limits.maxDepth = std::min(limits.maxDepth, searchDepthCap);
+  if (searchNodeCap != 0)
+    limits.maxNodes = limits.maxNodes == 0 ? searchNodeCap : std::min(limits.maxNodes, searchNodeCap);
   if (r.infinite) return limits;
 
   const int us = side == WHITE ? 0 : 1;

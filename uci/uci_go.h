@@ -33,6 +33,11 @@ bool PlaysAGameMove(const GoRequest& request);
 bool WaitsForStop(const GoRequest& request);
 
 constexpr int DEFAULT_MOVE_OVERHEAD = 50;  // milliseconds
+
+// Bounds on every search, for a fuzzer, which must see each input end at once: no deeper iteration, and no
+// more nodes (0: none). The engine leaves them alone.
+inline int searchDepthCap = MAX_SEARCH_DEPTH;
+inline uint64_t searchNodeCap = 0;
 constexpr int MAX_MOVE_OVERHEAD = 5000;
 
 // The limits of the search for the side to move at game ply `ply`: the engine's allotment from the clocks

@@ -5,6 +5,7 @@
 #include <optional>
 #include <ostream>
 #include <regex>
+#include <set>
 #include <string>
 #include <tuple>
 
@@ -238,6 +239,80 @@ TEST(Log, UnwritableLogIsSaidOnceAndThePlayGoesOn) {
   EXPECT_EQ(run.errors, "vorlek: non posso scrivere partita.log nella cartella di lavoro " + run.folder +
                             " (Is a directory): la partita non viene registrata\n");
 }
+
+// Black to move, a mate in two: the deepening stops at the mate whatever the clock. Each thinking line
+// shows black's and white's moves in real squares, and goes to the game log as to standard output.
+TEST(Search, ThinkingLinesOfBlackInRealSquaresAndInTheLog) {
+  const EngineRun run = RunWithInput(
+      HANDSHAKE + "setboard r7/8/8/8/8/1p6/PP6/KBk5 b - - 0 1\ntime 100000\notim 100000\ngo\n", SMALL_BOOK);
+  ExpectCleanExit(run);
+  const std::string thinking =
+      "  1     134TIME          72 c1d2  \n"
+      "  2     131TIME         143 c1d2  a2a3  \n"
+      "  3     137TIME         640 a8a5  a2a3  a5d5  \n"
+      "  4   15001TIME        2086 a8a3  b2a3  b3b2  \n";
+  EXPECT_EQ(WithoutTimes(run.output), FEATURE_LINE + thinking + "\nmove a8a3 \n");
+  EXPECT_EQ(WithoutTimes(run.log.value_or("")), thinking + "Vorlek: a8a3 \n");
+}
+
+// Every answer the book holds for a position is played: a hundred games of 1. e2e4 against a book of eight
+// answers meet all eight.
+TEST(Book, EveryAnswerIsDrawn) {
+  std::string input = HANDSHAKE;
+  for (int i = 0; i < 100; ++i) input += "new\ne2e4\n";
+  const EngineRun run = RunWithInput(input, EIGHT_ANSWERS);
+  ExpectCleanExit(run);
+  std::set<std::string> answers;
+  for (size_t at = run.output.find("move "); at != std::string::npos; at = run.output.find("move ", at + 1))
+    answers.insert(run.output.substr(at + 5, 4));
+  EXPECT_EQ(answers, (std::set<std::string>{"a7a6", "b7b6", "c7c6", "d7d6", "e7e6", "f7f6", "g7g6", "h7h6"}));
+}
+
+// A book line may hold a promotion (written with its four squares' characters): it loads, and the engine
+// plays it as a queen promotion.
+TEST(Book, PromotionInALine) {
+  const EngineRun run = RunWithInput(HANDSHAKE + "force\na2a4\nb7b5\na4b5\na7a6\nb5a6\nc8b7\na6b7\ng8f6\ngo\n",
+                                     "a2a4 b7b5 a4b5 a7a6 b5a6 c8b7 a6b7 g8f6 b7a8\n");
+  ExpectCleanExit(run);
+  EXPECT_EQ(run.output, FEATURE_LINE + "move b7a8q\n");
+}
+
+// A pawn move, a capture or castling starts the repetition count afresh: the position after it, met again
+// once, is no draw; met a third time, it is.
+struct RepetitionCase {
+  const char* name;
+  std::string before;  // ends with the position that the irreversible move leaves, stood on twice
+  std::string cycle;   // four moves that come back to the position after the irreversible move
+};
+std::ostream& operator<<(std::ostream& out, const RepetitionCase& c) { return out << c.name; }
+
+class RepetitionAfter : public ::testing::TestWithParam<RepetitionCase> {};
+
+TEST_P(RepetitionAfter, AnIrreversibleMove) {
+  std::string moves = GetParam().before + " " + GetParam().cycle + " " + GetParam().cycle;
+  std::string input = HANDSHAKE, log;
+  for (size_t at = 0; at < moves.size();) {
+    const size_t end = std::min(moves.find(' ', at), moves.size());
+    const std::string move = moves.substr(at, end - at);
+    if (!move.empty()) {
+      input += move + "\n";
+      log += "Avversario: " + move + "\n";
+    }
+    at = end + 1;
+  }
+  const EngineRun run = RunWithInput(input);
+  ExpectCleanExit(run);
+  EXPECT_EQ(run.output, FEATURE_LINE + "1/2-1/2 {pari per ripetizione}\n");
+  EXPECT_EQ(run.log, log + "1/2-1/2 {pari per ripetizione}\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Moves, RepetitionAfter,
+    ::testing::Values(RepetitionCase{"PawnMove", "g1f3 g8f6 f3g1 f6g8 e2e3", "g8f6 g1f3 f6g8 f3g1"},
+                      RepetitionCase{"Capture", "e2e4 d7d5 g1f3 g8f6 f3g1 f6g8 e4d5", "g8f6 g1f3 f6g8 f3g1"},
+                      RepetitionCase{"Castling", "e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 b1c3 g8f6 c3b1 f6g8 e1g1",
+                                     "g8f6 b1c3 f6g8 c3b1"}),
+    [](const auto& info) { return info.param.name; });
 
 // The game log of a run replaces the one of an earlier run.
 TEST(Log, StartsAfreshInEveryRun) {

@@ -286,6 +286,56 @@ TEST_P(UciLastInfo, ShowsTheMovePlayed) {
 INSTANTIATE_TEST_SUITE_P(Limits, UciLastInfo,
                          ::testing::Values("go nodes 1\n", "go nodes 20000\n", "go nodes 300000\n", "go depth 3\n"));
 
+// "go nodes N" alone ends the search within N nodes: the iteration that would pass them is given up, and the
+// finished ones stay below.
+TEST(Uci, NodesAloneLimitTheSearch) {
+  const std::vector<Info> infos = Infos(Session("position fen " + MIDDLEGAME + "\ngo nodes 30000\n"));
+  ASSERT_FALSE(infos.empty());
+  EXPECT_LE(infos.back().nodes, 30000u);
+  EXPECT_LT(infos.back().depth, 5);
+}
+
+// The speed shown is the nodes over the time: nps and nodes agree with the time in milliseconds to within
+// its rounding.
+TEST(Uci, SpeedAgreesWithNodesAndTime) {
+  const std::string output = Session("position fen " + MIDDLEGAME + "\ngo depth 6\n");
+  static const std::regex LINE(R"(info depth \d+ score \S+ \S+ time (\d+) nodes (\d+) nps (\d+))");
+  int checked = 0;
+  for (std::sregex_iterator it(output.begin(), output.end(), LINE), end; it != end; ++it) {
+    const double ms = std::stod((*it)[1]), nodes = std::stod((*it)[2]), nps = std::stod((*it)[3]);
+    if (ms < 5) continue;
+    EXPECT_LE(nps, nodes * 1000 / ms) << (*it)[0];
+    EXPECT_GE(nps, nodes * 1000 / (ms + 1)) << (*it)[0];
+    ++checked;
+  }
+  EXPECT_GT(checked, 0) << output;
+}
+
+// The move to ponder on is a legal reply to the move played: both are accepted as the game's next moves.
+TEST(Uci, PonderMoveIsALegalReply) {
+  EngineSession engine(VORLEK_UCI_BINARY, {});
+  engine.Send("position fen " + MIDDLEGAME + "\ngo depth 5\n");
+  const std::string best = BestMove(engine.ReadUntilLine("bestmove"));
+  static const std::regex BEST(R"(bestmove (\S+) ponder (\S+))");
+  std::smatch m;
+  ASSERT_TRUE(std::regex_match(best, m, BEST)) << best;
+  engine.Send("position fen " + MIDDLEGAME + " moves " + m[1].str() + " " + m[2].str() + "\nisready\n");
+  EXPECT_EQ(engine.ReadUntilLine("readyok").find("illegal"), std::string::npos);
+  ExpectCleanExit(engine.Finish());
+}
+
+// A book file named after the first book was loaded is loaded in its place.
+TEST(Uci, ChangedBookFileIsLoaded) {
+  EngineSession engine(VORLEK_UCI_BINARY, {}, "e2e4 e7e5\n", {{"other.txt", "d2d4 d7d5\n"}});
+  engine.Send("isready\nposition startpos\ngo wtime 1000 btime 1000\n");
+  EXPECT_NE(engine.ReadUntilLine("bestmove").find("bestmove e2e4"), std::string::npos);
+  engine.Send("setoption name BookFile value other.txt\nucinewgame\nposition startpos\ngo wtime 1000 btime 1000\n");
+  const std::string second = engine.ReadUntilLine("bestmove");
+  EXPECT_NE(second.find("info string book other.txt: 2 positions\n"), std::string::npos) << second;
+  EXPECT_NE(second.find("bestmove d2d4"), std::string::npos) << second;
+  ExpectCleanExit(engine.Finish());
+}
+
 TEST(Uci, MateIsShownAsAMate) {
   const std::string mating = Session("position fen 6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1\ngo depth 4\n");
   // The variation ends with the mate.
