@@ -32,8 +32,8 @@ std::string ScoreText(int score, int depth) {
 // Whether the search scores the position on the stack as a draw at once (third occurrence, fifty moves).
 bool DrawnAtOnce(const Position& p) { return p.repetition == 2 || p.fifty > 100 || (p.fifty == 100 && !InCheck(p)); }
 
-// How much of a variation the interface is shown: up to the first position the search scores as a draw at
-// once, and no further than the mate the score announces.
+}  // namespace
+
 int ShownLength(const Iteration& it) {
   const int matePlies = MatePlies(it.score, it.depth);
   const int limit = matePlies < 0 ? it.pvLength : std::min(it.pvLength, matePlies);
@@ -45,6 +45,8 @@ int ShownLength(const Iteration& it) {
   current -= shown;
   return shown;
 }
+
+namespace {
 
 void SendInfo(int depth, int line, const std::string& score, int64_t elapsed, uint64_t nodes, const Move* pv,
               int pvLength, int rootSide) {

@@ -36,6 +36,10 @@ Command CommandOf(const std::string& word);
 // "bestmove", and only then acts.
 bool RunsDuringSearch(Command command);
 
+// How much of an iteration's variation the interface is shown: up to the first position the search scores
+// as a draw at once (third occurrence, fifty moves), and no further than the mate the score announces.
+int ShownLength(const Iteration& iteration);
+
 // The static value, for the side to move, of the position `move` leads to.
 int MoveStaticValue(Move move);
 

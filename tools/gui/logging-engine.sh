@@ -56,44 +56,44 @@ engine_pid=$!
 exec 3>"$fifos/in" 4<"$fifos/out"
 rm -rf "$fifos"   # the open descriptors keep the pipes alive
 
+# Interface -> engine, in the background (its standard input given explicitly: a background job
+# would otherwise read /dev/null). When the interface closes its side, the engine's input is closed.
+exec 6<&0
+(
+  set +e
+  exec 4<&- 1>&-
+  while IFS= read -r line || [ -n "$line" ]; do
+    record '>>' "$line"
+    printf '%s\n' "$line" >&3 2>/dev/null || exit 0
+  done
+  record '##' "interface closed its side"
+) <&6 &
+writer_pid=$!
+exec 3>&- 6<&-
+
+# Engine -> interface, in the background: it ends when the engine closes its output.
+(
+  set +e
+  while IFS= read -r line || [ -n "$line" ]; do
+    record '<<' "$line"
+    printf '%s\n' "$line"
+  done
+  record '##' "engine closed its output"
+) <&4 &
+reader_pid=$!
+exec 4<&-
+
 on_signal() {
   trap - TERM INT HUP
-  kill -TERM "$engine_pid" 2>/dev/null || true
+  kill -TERM "$engine_pid" "$writer_pid" 2>/dev/null || true
   record '##' "wrapper got a signal, engine $engine_pid terminated"
   exit 143
 }
 trap on_signal TERM INT HUP
 
-# Engine -> interface. When the engine closes its output, this reader tells the main loop.
-(
-  set +e
-  exec 3>&-
-  while IFS= read -r line || [ -n "$line" ]; do
-    record '<<' "$line"
-    printf '%s\n' "$line"
-  done <&4
-  record '##' "engine closed its output"
-  kill -USR1 $$ 2>/dev/null
-) &
-reader_pid=$!
-exec 4<&-
-
-engine_gone() {
-  trap - USR1
-  local rc=0
-  wait "$engine_pid" || rc=$?
-  record '##' "engine exited rc=$rc"
-  exit "$rc"
-}
-trap engine_gone USR1
-
-# Interface -> engine.
-set +e
-while IFS= read -r line || [ -n "$line" ]; do
-  record '>>' "$line"
-  printf '%s\n' "$line" >&3 2>/dev/null || break
-done
-record '##' "interface closed its side"
-exec 3>&-
-wait "$reader_pid" 2>/dev/null
-engine_gone
+rc=0
+wait "$engine_pid" || rc=$?
+wait "$reader_pid" || true     # every line of the engine passed on before the end is logged
+record '##' "engine exited rc=$rc"
+kill "$writer_pid" 2>/dev/null || true
+exit "$rc"

@@ -1,0 +1,207 @@
+#!/bin/bash
+# Analyses a position with vorlek-uci in Scid's analysis window, unattended, and keeps a screenshot
+# and the UCI conversation.
+#
+#   tools/gui/scid-analyse.sh [--engine-path PATH] [--lines N] [--depth D] [--timeout S]
+#                             [--pgn FILE] [--engine-dir DIR] [--out DIR] [--name NAME]
+#                             [--display :N] [--keep]
+#
+#   --engine-path  the engine (default: build/release/vorlek-uci in the repository)
+#   --lines        the analysis window's "Lines" (default 1); Scid sends them as MultiPv
+#   --depth        the screenshot is taken once the engine has reported this depth for every line
+#                  (default 8)
+#   --timeout      the longest wait for that depth, in seconds (default 300)
+#   --pgn          a PGN file: the last position of its first game is analysed (default: the
+#                  initial position)
+#   --engine-dir   the engine's "Directory" (working folder; default ".", as the engine dialog has
+#                  it, which Scid takes as the folder of the scid program)
+#   --out          folder for the results (default: the current folder)
+#   --name         their base name (default: scid-analysis-lN)
+#   --display      X display (default :77); a virtual X server (Xvfb) is started there unless one
+#                  already answers
+#   --keep         keep the temporary folder (Scid's settings, its output) and say where
+#
+# What it does: it makes a temporary HOME whose ~/.scid4.7/config/engines.dat registers the engine
+# as "Vorlek", engine 1 (behind logging-engine.sh, which logs the conversation), and whose
+# options.dat turns the tip of the day off; starts Scid (with the PGN, whose first game it shows,
+# then goes to its last position with the End key). With no saved window layout, Scid opens the
+# analysis window of engine 1 by itself and starts the engine without analysing; the script raises
+# that window, steps "Lines" up to N (Scid sends each value), clicks the start button (Scid sends
+# the position and "go infinite"), waits for depth D, takes a screenshot of Scid's main window,
+# clicks the button again (Scid sends "stop") and closes Scid. Everything it started is ended on
+# exit, also on a failure or a signal.
+#
+# Results: OUT/NAME.png and OUT/NAME.uci.log (">>" to the engine, "<<" from it).
+# Exit status: 0 done; 1 a window or a line of the log did not come in time (said on standard
+# error); 2 bad usage or a missing program.
+#
+# Needs: scid, xvfb, xdotool, x11-utils, imagemagick (Debian packages). Written for Scid 4.7.4
+# (Debian 12): the analysis window's toolbar is clicked at fixed places.
+set -euo pipefail
+
+repo=$(cd "$(dirname "$(readlink -f "$0")")/../.." && pwd)
+engine=$repo/build/release/vorlek-uci
+lines=1 depth=8 limit=300 pgn= edir=. out=$PWD name= display=:77 keep=0
+
+usage() { sed -n '5,24p' "$0" | sed 's/^# \{0,1\}//' >&2; exit 2; }
+while [ $# -gt 0 ]; do
+  case $1 in
+    --engine-path) engine=$2; shift 2 ;;
+    --lines) lines=$2; shift 2 ;;
+    --depth) depth=$2; shift 2 ;;
+    --timeout) limit=$2; shift 2 ;;
+    --pgn) pgn=$(readlink -f "$2"); shift 2 ;;
+    --engine-dir) edir=$2; shift 2 ;;
+    --out) out=$2; shift 2 ;;
+    --name) name=$2; shift 2 ;;
+    --display) display=$2; shift 2 ;;
+    --keep) keep=1; shift ;;
+    -h|--help) usage ;;
+    *) echo "scid-analyse.sh: unknown argument $1" >&2; usage ;;
+  esac
+done
+[[ $lines =~ ^[0-9]+$ && $lines -ge 1 && $depth =~ ^[0-9]+$ && $limit =~ ^[0-9]+$ ]] || usage
+engine=$(readlink -f "$engine")
+[ -x "$engine" ] || { echo "scid-analyse.sh: not an executable: $engine" >&2; exit 2; }
+[ -z "$pgn" ] || [ -r "$pgn" ] || { echo "scid-analyse.sh: cannot read $pgn" >&2; exit 2; }
+for need in /usr/games/scid:scid Xvfb:xvfb xdotool:xdotool xdpyinfo:x11-utils \
+            xwininfo:x11-utils import:imagemagick convert:imagemagick; do
+  command -v "${need%%:*}" >/dev/null 2>&1 ||
+    { echo "scid-analyse.sh: ${need%%:*} is missing (Debian package ${need#*:})" >&2; exit 2; }
+done
+[ "$edir" = . ] || edir=$(readlink -f "$edir")
+name=${name:-scid-analysis-l$lines}
+mkdir -p "$out"
+out=$(cd "$out" && pwd)
+log=$out/$name.uci.log
+: >"$log"
+
+work=$(mktemp -d "${TMPDIR:-/tmp}/scid-analyse.XXXXXX")
+xvfb_pid= gui_pid=
+finish() {
+  local rc=$?
+  set +e
+  if [ -n "$gui_pid" ]; then kill "$gui_pid" 2>/dev/null; wait "$gui_pid" 2>/dev/null; fi
+  if [ -n "$xvfb_pid" ]; then kill "$xvfb_pid" 2>/dev/null; wait "$xvfb_pid" 2>/dev/null; fi
+  if [ "$keep" = 1 ]; then echo "kept $work"; else rm -rf "$work"; fi
+  exit "$rc"
+}
+trap finish EXIT
+trap 'exit 143' TERM INT HUP
+
+# poll SECONDS WHAT COMMAND...: runs COMMAND every 0.1 s until it succeeds, at most SECONDS.
+poll() {
+  local limit=$1 what=$2
+  shift 2
+  local end=$((SECONDS + limit))
+  until "$@" >/dev/null 2>&1; do
+    if [ $SECONDS -ge $end ]; then
+      echo "scid-analyse.sh: no $what after ${limit} s" >&2
+      return 1
+    fi
+    sleep 0.1
+  done
+}
+# window SECONDS TITLE_REGEX [--onlyvisible]: the id of the first window with that title.
+window() {
+  local id
+  id=$(timeout "$1" xdotool search --sync ${3:-} --name "$2" 2>/dev/null | head -1) || true
+  [ -n "$id" ] || { echo "scid-analyse.sh: no window \"$2\" after $1 s" >&2; return 1; }
+  echo "$id"
+}
+# shot FILE.png X Y W H: a screenshot of that part of the screen, taken once two in a row,
+# 0.3 s apart, are the same (the windows have finished painting).
+shot() {
+  local file=$1 geometry=${4}x${5}+${2}+${3} i
+  import -window root -crop "$geometry" +repage "ppm:$work/a.ppm"
+  for i in $(seq 1 30); do
+    sleep 0.3
+    import -window root -crop "$geometry" +repage "ppm:$work/b.ppm"
+    cmp -s "$work/a.ppm" "$work/b.ppm" && break
+    mv "$work/b.ppm" "$work/a.ppm"
+  done
+  convert "$work/a.ppm" -strip "$file"
+}
+
+export DISPLAY=$display
+if ! xdpyinfo >/dev/null 2>&1; then
+  Xvfb "$display" -screen 0 1600x1000x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
+  xvfb_pid=$!
+  poll 30 "X server on $display" xdpyinfo
+fi
+
+# The engine's command: logging-engine.sh with the engine and the log.
+cat >"$work/vorlek-uci" <<EOF
+#!/bin/sh
+exec "$repo/tools/gui/logging-engine.sh" --engine-path "$engine" --log "$log" "\$@"
+EOF
+chmod +x "$work/vorlek-uci"
+
+# A private HOME with Scid's settings: the engine as engine 1, no tip of the day.
+export HOME=$work/home XDG_RUNTIME_DIR=$work/run
+mkdir -p "$HOME/.scid4.7/config" "$XDG_RUNTIME_DIR"
+chmod 700 "$XDG_RUNTIME_DIR"
+cat >"$HOME/.scid4.7/config/engines.dat" <<EOF
+engine {
+  Name Vorlek
+  Cmd  {$work/vorlek-uci}
+  Args {}
+  Dir  {$edir}
+  Elo  0
+  Time 0
+  URL  {}
+  UCI 1
+  UCIoptions {}
+}
+EOF
+echo 'set startup(tip) 0' >"$HOME/.scid4.7/config/options.dat"
+
+cd "$work"
+if [ -n "$pgn" ]; then
+  /usr/games/scid "$pgn" >"$work/scid.out" 2>&1 &
+  gui_pid=$!
+  main=$(window 60 "^Scid - $(basename "$pgn")" --onlyvisible)
+  xdotool windowfocus --sync "$main"
+  xdotool key End
+else
+  /usr/games/scid >"$work/scid.out" 2>&1 &
+  gui_pid=$!
+  main=$(window 60 '^Scid - ' --onlyvisible)
+fi
+
+# The analysis window is a page of a notebook, possibly behind the "Notation" page: its tab is
+# the first one, just above the page.
+pane=$(window 60 '^Scid: Analysis: Vorlek')
+eval "$(xdotool getwindowgeometry --shell "$pane")"   # X Y WIDTH HEIGHT
+xdotool mousemove $((X + 60)) $((Y - 13)) click 1
+pane=$(window 30 '^Scid: Analysis: Vorlek' --onlyvisible)
+poll 30 "uciok in $log" grep -q '<< uciok' "$log"
+
+# The toolbar is the bottom row of the analysis window: the start/stop button at x=18, the arrows
+# of "Lines" at x=211 (up 24 px, down 14 px above the bottom).
+height=$(xwininfo -id "$pane" | awk '/Height:/ {print $2}')
+click() { xdotool mousemove --window "$pane" "$1" "$2" click 1; }
+if [ "$lines" -gt 1 ]; then
+  if ! grep -qi '<< option name MultiPV ' "$log"; then
+    echo "scid-analyse.sh: the engine declares no MultiPV option, so Scid offers one line" >&2
+    exit 1
+  fi
+  for k in $(seq 2 "$lines"); do
+    click 211 $((height - 24))
+    poll 30 "\"setoption name MultiPv value $k\" in $log" grep -qi ">> setoption name MultiPV value $k\$" "$log"
+  done
+fi
+
+click 18 $((height - 20))                          # start: position ..., go infinite
+poll 60 "go infinite in $log" grep -q '>> go infinite' "$log"
+if [ "$lines" -gt 1 ]; then
+  poll "$limit" "depth $depth of line $lines in $log" grep -q "<< info depth $depth multipv $lines " "$log"
+else
+  poll "$limit" "depth $depth in $log" grep -q "<< info depth $depth " "$log"
+fi
+eval "$(xdotool getwindowgeometry --shell "$main")"
+shot "$out/$name.png" "$X" "$Y" "$WIDTH" "$HEIGHT"
+click 18 $((height - 20))                          # stop
+poll 30 "bestmove in $log" grep -q '<< bestmove' "$log"
+echo "screenshot: $out/$name.png"
+echo "UCI log:    $log"
