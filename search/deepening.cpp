@@ -96,17 +96,16 @@ Move IterativeDeepening(const SearchLimits& limits, IterationListener& listener)
   const int lines = std::min(std::max(limits.lines, 1), std::max(SearchableRootMoves(root), 1));
   SetRootMoves(&root);
 
-  struct Found {
-    int score;
-    Move line[MAX_SEARCH_DEPTH + 1];
-    int length;
-    uint64_t nodes;
-    int64_t elapsed;
-  };
-  static Found found[MAX_ROOT_MOVES];  // the lines of the iteration under way
+  // The first move of each line of the iteration before: a line after the first begins with the move that
+  // held its place there, the best order the root can have for it.
+  static Move previous[MAX_ROOT_MOVES];
+  int previousCount = 0;
   for (;;) {
-    // Each line searches the root again without the moves of the lines before it: its score is exact.
-    int linesFound = 0;
+    // Each line searches the root again without the moves of the lines before it: its score is exact. The
+    // first line is the whole search of the iteration, and gives the move to play.
+    int linesFound = 0, firstScore = 0;
+    Move firstMove = MOVE_NONE;
+    int64_t lastEnded = 0;
     bool abandoned = false;
     root.excludedCount = 0;
     while (linesFound < lines) {
@@ -117,37 +116,42 @@ Move IterativeDeepening(const SearchLimits& limits, IterationListener& listener)
       if (limits.maxNodes != 0) rules.nodeLimit = limits.maxNodes > nodesBefore ? limits.maxNodes - nodesBefore : 1;
       rules.stop = limits.stop;
       SetStopRules(rules);
+      if (linesFound > 0 && linesFound < previousCount && !root.Skips(previous[linesFound])) {
+        StoreHashMove(current->key, previous[linesFound]);
+      }
 
       nodes = 0;
-      Found& f = found[linesFound];
-      f.score = Search(searchDepth, -(MATE_SCORE + searchDepth), MATE_SCORE + searchDepth);
+      const int score = Search(searchDepth, -(MATE_SCORE + searchDepth), MATE_SCORE + searchDepth);
       if (IterationAbandoned()) {
-        abandoned = true;  // the iteration has no score, reports nothing and changes no move
+        abandoned = true;  // the line has no score, reports nothing and changes no move
         break;
       }
-      nodesBefore += f.nodes = nodes;
-      f.elapsed = WallClockMicroseconds() - start;
-      f.length = WalkPrincipalVariation(f.line, searchDepth);
-      ++linesFound;
+      nodesBefore += nodes;
+      lastEnded = WallClockMicroseconds();
+      Move line[MAX_SEARCH_DEPTH + 1];
+      const int length = WalkPrincipalVariation(line, searchDepth);
+      if (linesFound == 0) {
+        best = RootMove(root);
+        firstScore = score;
+        firstMove = length > 0 ? line[0] : MOVE_NONE;
+      }
+      listener.Finished({searchDepth, score, lastEnded - start, nodes, line, length, current->side, linesFound + 1});
       // A root drawn at once stores no move: its lines cannot be told apart, and it has one.
       const Move move = ProbeHashMove(current->key);
-      if (!move || f.length == 0 || f.line[0] != move) break;
+      if (linesFound < MAX_ROOT_MOVES) previous[linesFound] = move;
+      ++linesFound;
+      if (!move || length == 0 || line[0] != move) break;
       root.excluded[root.excludedCount++] = move;
     }
-    if (abandoned) break;
-    // The root's entry holds the last line's move: the best line's goes back, for the move played and for
+    previousCount = linesFound;
+    // The root's entry holds the last line's move: the first line's goes back, for the move played and for
     // the next iteration's order.
-    if (linesFound > 1) StoreHashMove(current->key, found[0].line[0]);
-    root.excludedCount = 0;
-    best = RootMove(root);
-    for (int k = 0; k < linesFound; ++k) {
-      const Found& f = found[k];
-      listener.Finished({searchDepth, f.score, f.elapsed, f.nodes, f.line, f.length, current->side, k + 1});
-    }
+    if (linesFound > 1 && firstMove) StoreHashMove(current->key, firstMove);
+    if (abandoned) break;
 
     ++searchDepth;
-    const int64_t now = start + found[linesFound - 1].elapsed;  // when the iteration's last search ended
-    const bool mate = IsMateScore(found[0].score);
+    const int64_t now = lastEnded;  // when the iteration's last search ended
+    const bool mate = IsMateScore(firstScore);
     const int64_t clockStarted = clockStart.load();
     const bool timeUp = clockStarted != 0 && now - clockStarted >= limits.iterationLimit;
     if (timeUp || searchDepth > limits.maxDepth || mate) break;

@@ -47,6 +47,10 @@ for n in $(seq 90 199); do
 done
 [ -n "$display" ] || { echo "FAIL: no free X display number in 90..199"; exit 1; }
 
+# A signal (ctest's time limit) ends the script under way, which ends what it started.
+child=''
+trap '[ -z "$child" ] || kill "$child" 2>/dev/null; exit 143' TERM INT HUP
+
 failures=0
 fail() {
   echo "FAIL: $*"
@@ -78,17 +82,20 @@ for gui in "${have[@]}"; do
     chessx)
       # ChessX analyses with "go movetime" of its Move Interval: 3 s is enough for 3 lines.
       "$source_dir/tools/gui/chessx-analyse.sh" --engine-path "$out/engine/vorlek-uci" --lines 3 \
-        --interval-ms 3000 --out "$out" --name chessx --display "$display" >"$out/chessx.out" 2>&1
-      status=$?
+        --interval-ms 3000 --out "$out" --name chessx --display "$display" >"$out/chessx.out" 2>&1 &
+      child=$!
       name=ChessX ;;
     scid)
       # Scid analyses with "go infinite"; the script stops it once depth 4 of the third line came.
       "$source_dir/tools/gui/scid-analyse.sh" --engine-path "$out/engine/vorlek-uci" --lines 3 \
-        --depth 4 --out "$out" --name scid --display "$display" >"$out/scid.out" 2>&1
-      status=$?
+        --depth 4 --out "$out" --name scid --display "$display" >"$out/scid.out" 2>&1 &
+      child=$!
       name=Scid ;;
   esac
-  if [ $status -ne 0 ]; then
+  status=0
+  wait "$child" || status=$?
+  child=''
+  if [ "$status" -ne 0 ]; then
     fail "$name: the analysis did not complete (status $status): $(tail -n 1 "$out/$gui.out")"
     continue
   fi

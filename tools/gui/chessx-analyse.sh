@@ -19,6 +19,11 @@
 #                  already answers
 #   --keep         keep the temporary folder (ChessX's settings, its output) and say where
 #
+# For example, from the repository, with the engine built:
+#
+#   tools/gui/chessx-analyse.sh --lines 3
+#   tools/gui/chessx-analyse.sh --lines 3 --pgn tools/gui/middlegame.pgn --out /tmp/shots
+#
 # What it does: it makes a temporary HOME whose chessx.ini registers the engine as "Vorlek" (behind
 # logging-engine.sh, which logs the conversation), selects it for the analysis pane, opens the pane
 # as a window below the main window and sets the Move Interval; starts ChessX (with the PGN, then
@@ -27,7 +32,7 @@
 # of the main window and the pane; clicks "Stop" (ChessX sends "quit"), waits for the engine to end
 # and closes ChessX. Everything it started is ended on exit, also on a failure or a signal.
 #
-# Results: OUT/NAME.png (1100x820) and OUT/NAME.uci.log (">>" to the engine, "<<" from it).
+# Results: OUT/NAME.png (1100x770) and OUT/NAME.uci.log (">>" to the engine, "<<" from it).
 # Exit status: 0 done; 1 a window or a line of the log did not come in time (said on standard
 # error); 2 bad usage or a missing program.
 #
@@ -37,9 +42,12 @@ set -euo pipefail
 
 repo=$(cd "$(dirname "$(readlink -f "$0")")/../.." && pwd)
 engine=$repo/build/release/vorlek-uci
-lines=1 interval=10000 pgn= edir= out=$PWD name= display=:77 keep=0
+lines=1 interval=10000 pgn='' edir='' out=$PWD name='' display=:77 keep=0
 
-usage() { sed -n '5,21p' "$0" | sed 's/^# \{0,1\}//' >&2; exit 2; }
+usage() {   # usage STATUS: the comment at the top, up to "What it does"
+  awk 'NR > 1 && /^# What it does/ {exit} NR > 1 {sub(/^# ?/, ""); print}' "$0" >&$(($1 == 0 ? 1 : 2))
+  exit "$1"
+}
 while [ $# -gt 0 ]; do
   case $1 in
     --engine-path) engine=$2; shift 2 ;;
@@ -51,11 +59,11 @@ while [ $# -gt 0 ]; do
     --name) name=$2; shift 2 ;;
     --display) display=$2; shift 2 ;;
     --keep) keep=1; shift ;;
-    -h|--help) usage ;;
-    *) echo "chessx-analyse.sh: unknown argument $1" >&2; usage ;;
+    -h|--help) usage 0 ;;
+    *) echo "chessx-analyse.sh: unknown argument $1" >&2; usage 2 ;;
   esac
 done
-[[ $lines =~ ^[0-9]+$ && $interval =~ ^[0-9]+$ ]] || usage
+[[ $lines =~ ^[0-9]+$ && $interval =~ ^[0-9]+$ ]] || usage 2
 engine=$(readlink -f "$engine")
 [ -x "$engine" ] || { echo "chessx-analyse.sh: not an executable: $engine" >&2; exit 2; }
 [ -z "$pgn" ] || [ -r "$pgn" ] || { echo "chessx-analyse.sh: cannot read $pgn" >&2; exit 2; }
@@ -71,7 +79,7 @@ log=$out/$name.uci.log
 : >"$log"
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/chessx-analyse.XXXXXX")
-xvfb_pid= gui_pid=
+xvfb_pid='' gui_pid=''
 finish() {
   local rc=$?
   set +e
@@ -106,9 +114,9 @@ window() {
 # shot FILE.png X Y W H: a screenshot of that part of the screen, taken once two in a row,
 # 0.3 s apart, are the same (the windows have finished painting).
 shot() {
-  local file=$1 geometry=${4}x${5}+${2}+${3} i
+  local file=$1 geometry=${4}x${5}+${2}+${3}
   import -window root -crop "$geometry" +repage "ppm:$work/a.ppm"
-  for i in $(seq 1 30); do
+  for _ in $(seq 1 30); do
     sleep 0.3
     import -window root -crop "$geometry" +repage "ppm:$work/b.ppm"
     cmp -s "$work/a.ppm" "$work/b.ppm" && break
@@ -133,7 +141,7 @@ chmod +x "$work/vorlek-uci"
 
 # A private HOME with ChessX's settings: no first-start questions, the engine, the pane's engine
 # and move interval, the main window at 1100x600 with only the board and the game text (the saved
-# state of its docks), the pane as a window of 1100x220 just below it.
+# state of its docks), the pane as a window of 1100x170 just below it.
 export HOME=$work/home
 export XDG_CONFIG_HOME=$HOME/.config XDG_DATA_HOME=$HOME/.local/share XDG_CACHE_HOME=$HOME/.cache
 export XDG_RUNTIME_DIR=$work/run
@@ -168,7 +176,7 @@ BoardSplit=@ByteArray(\\0\\0\\0\\xff\\0\\0\\0\\x1\\0\\0\\0\\x1\\0\\0\\0\\xcc\\0\
 [Geometry]
 MainWindow=0, 0, 1100, 600, 1, 0
 FloatingDocks=AnalysisDock1
-FloatingDock\\AnalysisDock1\\geometry=@Rect(0 600 1100 220)
+FloatingDock\\AnalysisDock1\\geometry=@Rect(0 600 1100 170)
 FloatingDock\\AnalysisDock1\\visible=true
 EOF
   # Docks: Game Text shown; Help, Databases, Players, Game List and the rest hidden.
@@ -205,7 +213,7 @@ xdotool key Tab
 click $((pane_width - 45)) 34                     # Analyze
 poll 60 "go command in $log" grep -q '>> go ' "$log"
 poll $((interval / 1000 + 120)) "bestmove in $log" grep -q '<< bestmove' "$log"
-shot "$out/$name.png" 0 0 1100 820
+shot "$out/$name.png" 0 0 1100 770
 click $((pane_width - 45)) 34                     # Stop: ChessX sends "quit"
 poll 30 "end of the engine in $log" grep -q '## engine exited' "$log"
 echo "screenshot: $out/$name.png"

@@ -28,7 +28,7 @@ while [ $# -gt 0 ]; do
     --engine-path) engine=$2; shift 2 ;;
     --log) log=$2; shift 2 ;;
     --) shift; break ;;
-    -h|--help) sed -n '2,20p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
+    -h|--help) awk 'NR > 1 && !/^#/ {exit} NR > 1 {sub(/^# ?/, ""); print}' "$0"; exit 0 ;;
     *) break ;;
   esac
 done
@@ -83,6 +83,7 @@ exec 3>&- 6<&-
 reader_pid=$!
 exec 4<&-
 
+# shellcheck disable=SC2317  # called by the trap below
 on_signal() {
   trap - TERM INT HUP
   kill -TERM "$engine_pid" "$writer_pid" 2>/dev/null || true

@@ -21,6 +21,11 @@
 #                  already answers
 #   --keep         keep the temporary folder (Scid's settings, its output) and say where
 #
+# For example, from the repository, with the engine built:
+#
+#   tools/gui/scid-analyse.sh --lines 3 --depth 9
+#   tools/gui/scid-analyse.sh --lines 3 --depth 9 --pgn tools/gui/middlegame.pgn --out /tmp/shots
+#
 # What it does: it makes a temporary HOME whose ~/.scid4.7/config/engines.dat registers the engine
 # as "Vorlek", engine 1 (behind logging-engine.sh, which logs the conversation), and whose
 # options.dat turns the tip of the day off; starts Scid (with the PGN, whose first game it shows,
@@ -41,9 +46,12 @@ set -euo pipefail
 
 repo=$(cd "$(dirname "$(readlink -f "$0")")/../.." && pwd)
 engine=$repo/build/release/vorlek-uci
-lines=1 depth=8 limit=300 pgn= edir=. out=$PWD name= display=:77 keep=0
+lines=1 depth=8 limit=300 pgn='' edir=. out=$PWD name='' display=:77 keep=0
 
-usage() { sed -n '5,24p' "$0" | sed 's/^# \{0,1\}//' >&2; exit 2; }
+usage() {   # usage STATUS: the comment at the top, up to "What it does"
+  awk 'NR > 1 && /^# What it does/ {exit} NR > 1 {sub(/^# ?/, ""); print}' "$0" >&$(($1 == 0 ? 1 : 2))
+  exit "$1"
+}
 while [ $# -gt 0 ]; do
   case $1 in
     --engine-path) engine=$2; shift 2 ;;
@@ -56,11 +64,11 @@ while [ $# -gt 0 ]; do
     --name) name=$2; shift 2 ;;
     --display) display=$2; shift 2 ;;
     --keep) keep=1; shift ;;
-    -h|--help) usage ;;
-    *) echo "scid-analyse.sh: unknown argument $1" >&2; usage ;;
+    -h|--help) usage 0 ;;
+    *) echo "scid-analyse.sh: unknown argument $1" >&2; usage 2 ;;
   esac
 done
-[[ $lines =~ ^[0-9]+$ && $lines -ge 1 && $depth =~ ^[0-9]+$ && $limit =~ ^[0-9]+$ ]] || usage
+[[ $lines =~ ^[0-9]+$ && $lines -ge 1 && $depth =~ ^[0-9]+$ && $limit =~ ^[0-9]+$ ]] || usage 2
 engine=$(readlink -f "$engine")
 [ -x "$engine" ] || { echo "scid-analyse.sh: not an executable: $engine" >&2; exit 2; }
 [ -z "$pgn" ] || [ -r "$pgn" ] || { echo "scid-analyse.sh: cannot read $pgn" >&2; exit 2; }
@@ -77,7 +85,7 @@ log=$out/$name.uci.log
 : >"$log"
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/scid-analyse.XXXXXX")
-xvfb_pid= gui_pid=
+xvfb_pid='' gui_pid=''
 finish() {
   local rc=$?
   set +e
@@ -105,16 +113,16 @@ poll() {
 # window SECONDS TITLE_REGEX [--onlyvisible]: the id of the first window with that title.
 window() {
   local id
-  id=$(timeout "$1" xdotool search --sync ${3:-} --name "$2" 2>/dev/null | head -1) || true
+  id=$(timeout "$1" xdotool search --sync ${3:+"$3"} --name "$2" 2>/dev/null | head -1) || true
   [ -n "$id" ] || { echo "scid-analyse.sh: no window \"$2\" after $1 s" >&2; return 1; }
   echo "$id"
 }
 # shot FILE.png X Y W H: a screenshot of that part of the screen, taken once two in a row,
 # 0.3 s apart, are the same (the windows have finished painting).
 shot() {
-  local file=$1 geometry=${4}x${5}+${2}+${3} i
+  local file=$1 geometry=${4}x${5}+${2}+${3}
   import -window root -crop "$geometry" +repage "ppm:$work/a.ppm"
-  for i in $(seq 1 30); do
+  for _ in $(seq 1 30); do
     sleep 0.3
     import -window root -crop "$geometry" +repage "ppm:$work/b.ppm"
     cmp -s "$work/a.ppm" "$work/b.ppm" && break
@@ -179,7 +187,7 @@ poll 30 "uciok in $log" grep -q '<< uciok' "$log"
 
 # The toolbar is the bottom row of the analysis window: the start/stop button at x=18, the arrows
 # of "Lines" at x=211 (up 24 px, down 14 px above the bottom).
-height=$(xwininfo -id "$pane" | awk '/Height:/ {print $2}')
+pane_height=$(xwininfo -id "$pane" | awk '/Height:/ {print $2}')
 click() { xdotool mousemove --window "$pane" "$1" "$2" click 1; }
 if [ "$lines" -gt 1 ]; then
   if ! grep -qi '<< option name MultiPV ' "$log"; then
@@ -187,12 +195,12 @@ if [ "$lines" -gt 1 ]; then
     exit 1
   fi
   for k in $(seq 2 "$lines"); do
-    click 211 $((height - 24))
+    click 211 $((pane_height - 24))
     poll 30 "\"setoption name MultiPv value $k\" in $log" grep -qi ">> setoption name MultiPV value $k\$" "$log"
   done
 fi
 
-click 18 $((height - 20))                          # start: position ..., go infinite
+click 18 $((pane_height - 20))                          # start: position ..., go infinite
 poll 60 "go infinite in $log" grep -q '>> go infinite' "$log"
 if [ "$lines" -gt 1 ]; then
   poll "$limit" "depth $depth of line $lines in $log" grep -q "<< info depth $depth multipv $lines " "$log"
@@ -201,7 +209,7 @@ else
 fi
 eval "$(xdotool getwindowgeometry --shell "$main")"
 shot "$out/$name.png" "$X" "$Y" "$WIDTH" "$HEIGHT"
-click 18 $((height - 20))                          # stop
+click 18 $((pane_height - 20))                          # stop
 poll 30 "bestmove in $log" grep -q '<< bestmove' "$log"
 echo "screenshot: $out/$name.png"
 echo "UCI log:    $log"
