@@ -18,6 +18,7 @@
 
 #include "game/command_loop.h"
 #include "game/game_state.h"
+#include "work_folder.h"
 
 namespace {
 
@@ -51,30 +52,11 @@ bool SetsUpCrowdedBoard(const std::string& input) {
 }
 
 FILE* sink = nullptr;
-std::string workDir;
-
-void RemoveWorkDir() {
-  if (workDir.empty()) return;
-  const std::string command = "rm -rf '" + workDir + "'";
-  static_cast<void>(std::system(command.c_str()));
-}
 
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  char dir[] = "/tmp/vorlek-fuzz-XXXXXX";
-  if (!mkdtemp(dir) || chdir(dir) != 0) {
-    std::perror("vorlek fuzz: working folder");
-    std::exit(1);
-  }
-  workDir = dir;
-  std::atexit(RemoveWorkDir);
-  FILE* book = std::fopen("Aperture.txt", "w");
-  if (!book) std::exit(1);
-  std::fputs(BOOK, book);
-  std::fclose(book);
-  sink = std::fopen("/dev/null", "w");
-  if (!sink) std::exit(1);
+  sink = vorlek::fuzz::EnterWorkFolder(BOOK);
   vorlek::maxThinkDepth = 2;
   return 0;
 }

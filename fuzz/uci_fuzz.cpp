@@ -3,16 +3,15 @@
 // command while a search runs on its thread. Every search is bounded to two plies and 20000 nodes so that
 // each input ends at once; the engine's lines go to /dev/null. The input ends as a runner's would: a search
 // still running is stopped, or finishes, and sends its move.
-#include <unistd.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
 #include "uci/uci_go.h"
 #include "uci/uci_loop.h"
+#include "work_folder.h"
 
 namespace {
 
@@ -22,30 +21,11 @@ constexpr char BOOK[] =
     "d2d4 d7d5 c2c4 e7e6\n";
 
 FILE* sink = nullptr;
-std::string workDir;
-
-void RemoveWorkDir() {
-  if (workDir.empty()) return;
-  const std::string command = "rm -rf '" + workDir + "'";
-  static_cast<void>(std::system(command.c_str()));
-}
 
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  char dir[] = "/tmp/vorlek-uci-fuzz-XXXXXX";
-  if (!mkdtemp(dir) || chdir(dir) != 0) {
-    std::perror("vorlek uci fuzz: working folder");
-    std::exit(1);
-  }
-  workDir = dir;
-  std::atexit(RemoveWorkDir);
-  FILE* book = std::fopen("Aperture.txt", "w");
-  if (!book) std::exit(1);
-  std::fputs(BOOK, book);
-  std::fclose(book);
-  sink = std::fopen("/dev/null", "w");
-  if (!sink) std::exit(1);
+  sink = vorlek::fuzz::EnterWorkFolder(BOOK);
   vorlek::uci::searchDepthCap = 2;
   vorlek::uci::searchNodeCap = 20000;
   return 0;
@@ -55,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string input(reinterpret_cast<const char*>(data), size);
   FILE* in = fmemopen(input.data(), input.size() == 0 ? 1 : input.size(), "r");
   if (!in) return 0;
-  vorlek::uci::RunUci(in, sink, workDir);
+  vorlek::uci::RunUci(in, sink, vorlek::fuzz::workFolder);
   std::fclose(in);
   return 0;
 }

@@ -41,6 +41,9 @@
 set -euo pipefail
 
 repo=$(cd "$(dirname "$(readlink -f "$0")")/../.." && pwd)
+script=chessx-analyse.sh
+# shellcheck source=tools/gui/session.sh
+. "$repo/tools/gui/session.sh"
 engine=$repo/build/release/vorlek-uci
 lines=1 interval=10000 pgn='' edir='' out=$PWD name='' display=:77 keep=0
 
@@ -67,77 +70,19 @@ done
 engine=$(readlink -f "$engine")
 [ -x "$engine" ] || { echo "chessx-analyse.sh: not an executable: $engine" >&2; exit 2; }
 [ -z "$pgn" ] || [ -r "$pgn" ] || { echo "chessx-analyse.sh: cannot read $pgn" >&2; exit 2; }
-for need in /usr/games/chessx:chessx Xvfb:xvfb xdotool:xdotool xdpyinfo:x11-utils \
-            xwininfo:x11-utils import:imagemagick convert:imagemagick; do
-  command -v "${need%%:*}" >/dev/null 2>&1 ||
-    { echo "chessx-analyse.sh: ${need%%:*} is missing (Debian package ${need#*:})" >&2; exit 2; }
-done
+needs /usr/games/chessx:chessx Xvfb:xvfb xdotool:xdotool xdpyinfo:x11-utils xwininfo:x11-utils import:imagemagick \
+  convert:imagemagick
 name=${name:-chessx-analysis-l$lines}
 mkdir -p "$out"
 out=$(cd "$out" && pwd)
 log=$out/$name.uci.log
 : >"$log"
 
-work=$(mktemp -d "${TMPDIR:-/tmp}/chessx-analyse.XXXXXX")
-xvfb_pid='' gui_pid=''
-finish() {
-  local rc=$?
-  set +e
-  if [ -n "$gui_pid" ]; then kill "$gui_pid" 2>/dev/null; wait "$gui_pid" 2>/dev/null; fi
-  if [ -n "$xvfb_pid" ]; then kill "$xvfb_pid" 2>/dev/null; wait "$xvfb_pid" 2>/dev/null; fi
-  if [ "$keep" = 1 ]; then echo "kept $work"; else rm -rf "$work"; fi
-  exit "$rc"
-}
-trap finish EXIT
-trap 'exit 143' TERM INT HUP
+start_session chessx-analyse
 
-# poll SECONDS WHAT COMMAND...: runs COMMAND every 0.1 s until it succeeds, at most SECONDS.
-poll() {
-  local limit=$1 what=$2
-  shift 2
-  local end=$((SECONDS + limit))
-  until "$@" >/dev/null 2>&1; do
-    if [ $SECONDS -ge $end ]; then
-      echo "chessx-analyse.sh: no $what after ${limit} s" >&2
-      return 1
-    fi
-    sleep 0.1
-  done
-}
-# window SECONDS TITLE_REGEX: the id of the first visible window with that title.
-window() {
-  local id
-  id=$(timeout "$1" xdotool search --sync --onlyvisible --name "$2" 2>/dev/null | head -1) || true
-  [ -n "$id" ] || { echo "chessx-analyse.sh: no window \"$2\" after $1 s" >&2; return 1; }
-  echo "$id"
-}
-# shot FILE.png X Y W H: a screenshot of that part of the screen, taken once two in a row,
-# 0.3 s apart, are the same (the windows have finished painting).
-shot() {
-  local file=$1 geometry=${4}x${5}+${2}+${3}
-  import -window root -crop "$geometry" +repage "ppm:$work/a.ppm"
-  for _ in $(seq 1 30); do
-    sleep 0.3
-    import -window root -crop "$geometry" +repage "ppm:$work/b.ppm"
-    cmp -s "$work/a.ppm" "$work/b.ppm" && break
-    mv "$work/b.ppm" "$work/a.ppm"
-  done
-  convert "$work/a.ppm" -strip "$file"
-}
+start_x "$display"
 
-export DISPLAY=$display
-if ! xdpyinfo >/dev/null 2>&1; then
-  Xvfb "$display" -screen 0 1600x1000x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-  xvfb_pid=$!
-  poll 30 "X server on $display" xdpyinfo
-fi
-
-# The engine's command: logging-engine.sh with the engine and the log.
-cat >"$work/vorlek-uci" <<EOF
-#!/bin/sh
-exec "$repo/tools/gui/logging-engine.sh" --engine-path "$engine" --log "$log" "\$@"
-EOF
-chmod +x "$work/vorlek-uci"
+engine_command "$engine" "$log"
 
 # A private HOME with ChessX's settings: no first-start questions, the engine, the pane's engine
 # and move interval, the main window at 1100x600 with only the board and the game text (the saved
@@ -193,11 +138,11 @@ else
 fi
 gui_pid=$!
 
-main=$(window 60 'ChessX$')
-pane=$(window 60 '^Analysis 1$')
+main=$(window 60 'ChessX$' --onlyvisible)
+pane=$(window 60 '^Analysis 1$' --onlyvisible)
 if [ -n "$pgn" ]; then
   # The title names the file once its first game is on the board; End goes to its last position.
-  window 60 "^$(basename "$pgn" .pgn) - ChessX\$" >/dev/null
+  window 60 "^$(basename "$pgn" .pgn) - ChessX\$" --onlyvisible >/dev/null
   xdotool windowfocus --sync "$main"
   xdotool key End
 fi
