@@ -286,6 +286,21 @@ TEST_P(UciLastInfo, ShowsTheMovePlayed) {
 INSTANTIATE_TEST_SUITE_P(Limits, UciLastInfo,
                          ::testing::Values("go nodes 1\n", "go nodes 20000\n", "go nodes 300000\n", "go depth 3\n"));
 
+// An iteration given up by a limit changes neither the move played nor the table: in a small table the
+// positions it searched take the root's entry (the move played is still the last finished iteration's, not
+// the root's first capture), and it stores nothing once given up (the next search counts the same nodes).
+TEST(Uci, GivenUpIterationChangesNeitherMoveNorTable) {
+  const std::string kiwipete = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+  EXPECT_EQ(BestMove(Session("setoption name Hash value 1\nposition fen " + kiwipete + "\ngo nodes 800000\n")),
+            "bestmove e2a6 ponder e6d5");
+  EngineSession engine(VORLEK_UCI_BINARY, {});
+  engine.Send("setoption name Hash value 1\nposition fen " + MIDDLEGAME + "\ngo nodes 30000\n");
+  EXPECT_EQ(BestMove(engine.ReadUntilLine("bestmove")), "bestmove c3d5 ponder e7d8");
+  engine.Send("go depth 6\n");
+  EXPECT_EQ(Infos(engine.ReadUntilLine("bestmove")).back(), (Info{6, "cp 10", 4691649, "b2b4"}));
+  ExpectCleanExit(engine.Finish());
+}
+
 // "go nodes N" alone ends the search within N nodes: the iteration that would pass them is given up, and the
 // finished ones stay below.
 TEST(Uci, NodesAloneLimitTheSearch) {
