@@ -64,8 +64,8 @@ GoRequest ParseGo(const std::string& arguments, std::string& ignored) {
 }
 
 bool PlaysAGameMove(const GoRequest& r) {
-  return !r.infinite && !r.ponder && r.depth == 0 && r.nodes == 0 && r.mate == 0 && r.moveTime < 0 &&
-         r.searchMoves.empty() && (r.time[0] >= 0 || r.time[1] >= 0);
+  return !r.infinite && !r.ponder && r.depth == 0 && r.nodes == 0 && r.mate == 0 && r.searchMoves.empty() &&
+         (r.time[0] >= 0 || r.time[1] >= 0);
 }
 
 bool WaitsForStop(const GoRequest& r) {

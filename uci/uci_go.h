@@ -25,8 +25,9 @@ struct GoRequest {
 // Reads the arguments of "go"; `ignored` collects the words it does not know.
 GoRequest ParseGo(const std::string& arguments, std::string& ignored);
 
-// Whether the search is a move of a game under a clock, where the book may answer, rather than analysis:
-// the interfaces' analysis panes send "go infinite" or a fixed time ("go movetime"), games a clock.
+// Whether the search is a move of a game under a clock (wtime, btime), where the book may answer, rather
+// than analysis: the interfaces' analysis panes send "go infinite" or a fixed time ("go movetime"), games a
+// clock.
 bool PlaysAGameMove(const GoRequest& request);
 
 // Whether the interface waits for "stop" (or "ponderhit") before it wants the best move.

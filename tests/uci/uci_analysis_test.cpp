@@ -17,16 +17,19 @@ namespace {
 
 struct Line {
   int depth, multipv;
-  std::string score, pv;
+  std::string score;
+  unsigned long long nodes;
+  std::string pv;
 };
 
 // The info lines of an output, with their line number (0 when the line has none).
 std::vector<Line> Lines(const std::string& output) {
   static const std::regex LINE(
-      R"(info depth (\d+)(?: multipv (\d+))? score (\S+ \S+) time \d+ nodes \d+ nps \d+(?: pv (.*))?)");
+      R"(info depth (\d+)(?: multipv (\d+))? score (\S+ \S+) time \d+ nodes (\d+) nps \d+(?: pv (.*))?)");
   std::vector<Line> lines;
   for (std::sregex_iterator it(output.begin(), output.end(), LINE), end; it != end; ++it)
-    lines.push_back({std::stoi((*it)[1]), (*it)[2].matched ? std::stoi((*it)[2]) : 0, (*it)[3], (*it)[4]});
+    lines.push_back(
+        {std::stoi((*it)[1]), (*it)[2].matched ? std::stoi((*it)[2]) : 0, (*it)[3], std::stoull((*it)[4]), (*it)[5]});
   return lines;
 }
 
@@ -82,6 +85,17 @@ TEST_P(UciMultiPv, EachLineIsExactAndTheyAreSorted) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Positions, UciMultiPv, ::testing::Values(MIDDLEGAME, KIWIPETE, ENDGAME));
+
+// The searches of three lines are fixed like the engine's own: their nodes are a signature of the order the
+// lines are searched in (each after the first begins with the move that held its place in the iteration
+// before, and the best line's move goes back into the root's entry).
+TEST(UciMultiPvNodes, AreASignature) {
+  const std::vector<Line> lines =
+      LastIteration(RunUci("setoption name MultiPV value 3\nposition fen " + MIDDLEGAME + "\ngo depth 5\n"));
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_EQ(lines[0].nodes, 766864u);
+  EXPECT_EQ(lines[2].nodes, 1762426u);
+}
 
 // One line is the engine's own search, byte for byte: no "multipv" field, the same nodes.
 TEST(UciMultiPvOne, IsTheSearchOfOneLine) {

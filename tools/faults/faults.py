@@ -241,7 +241,7 @@ FAULTS = [
     ('uci/uci_loop.cpp', '      Send("info string searchmoves: %s is not a legal move here", text.c_str());', '', 'an illegal searchmove not named'),
     ('uci/uci_loop.cpp', '&& options_.ownBook && !options_.analyseMode && options_.multiPv == 1) {', '&& options_.ownBook && options_.multiPv == 1) {', 'book in analysis mode'),
     ('uci/uci_loop.cpp', '&& options_.ownBook && !options_.analyseMode && options_.multiPv == 1) {', '&& options_.ownBook && !options_.analyseMode) {', 'book with several lines'),
-    ('uci/uci_go.cpp', 'r.mate == 0 && r.moveTime < 0 &&', 'r.mate == 0 &&', 'book under a fixed move time'),
+    ('uci/uci_go.cpp', '         (r.time[0] >= 0 || r.time[1] >= 0);', '         (r.time[0] >= 0 || r.time[1] >= 0 || r.moveTime >= 0);', 'book under a fixed move time'),
     ('uci/uci_search.cpp', 'SendInfo(it.depth, severalLines_ ? it.line : 0,', 'SendInfo(it.depth, it.line,', 'multipv field with one line'),
     ('uci/uci_options.cpp', '    {"MultiPV", 1, MAX_MULTI_PV, &Options::multiPv, OptionSet::MULTI_PV},', '    {"MultiPV", 1, 1, &Options::multiPv, OptionSet::MULTI_PV},', 'MultiPV kept at one'),
 ]
