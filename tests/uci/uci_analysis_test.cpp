@@ -177,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return info.param.name; });
 
 // Analysis never plays from the book: the interface that says so (UCI_AnalyseMode), a fixed time per move
-// (ChessX's analysis pane sends "go movetime"), "go infinite". A game under a clock does.
+// (ChessX's analysis pane sends "go movetime"), "go infinite" even with clocks given. A game under a clock does.
 class UciAnalysisBook : public ::testing::TestWithParam<std::tuple<std::string, bool>> {};
 
 TEST_P(UciAnalysisBook, IsPlayedOnlyInGames) {
@@ -196,7 +196,7 @@ INSTANTIATE_TEST_SUITE_P(
         std::tuple{"position startpos\ngo wtime 1000 btime 1000", true},
         std::tuple{"setoption name UCI_AnalyseMode value true\nposition startpos\ngo wtime 1000 btime 1000", false},
         std::tuple{"position startpos\ngo movetime 300", false},
-        std::tuple{"position startpos\ngo infinite\nisready\nstop", false},
+        std::tuple{"position startpos\ngo infinite wtime 1000 btime 1000\nisready\nstop", false},
         std::tuple{"setoption name MultiPV value 2\nposition startpos\ngo wtime 1000 btime 1000", false}));
 
 }  // namespace
