@@ -254,6 +254,5 @@ UNOBSERVABLE = {
     'book draw picks an empty slot': 'the loader fills a position\'s slots in order, so slot 0 is never empty',
     'node limit not between iterations':
         'the next iteration starts past the limit and is abandoned at its first look; its result is dropped',
-    'root move not checked for legality': 'the move stored for the root is the best move found, always a legal one',
     'moves-to-go boundary': 'plies 100 and 101 both leave 10 moves to go',
 }
