@@ -24,18 +24,10 @@ cp "$root/Aperture.txt" "$work/"
 cd "$work"
 
 coproc ENGINE { exec "$engine" 2>&1; }
-send() { printf '%s\n' "$@" >&"${ENGINE[1]}"; }
+# shellcheck source=tools/engine_pipe.sh
+. "$root/tools/engine_pipe.sh"
 uci=0
 case $(basename "$engine") in *uci*) uci=1 ;; esac
-# Reads lines until one that begins with $1.
-await() {
-  local line
-  while IFS= read -r -t 120 line <&"${ENGINE[0]}"; do
-    case $line in "$1"*) return 0 ;; esac
-  done
-  echo "no $1 from the engine" >&2
-  exit 2
-}
 # UCI: reads info lines until "bestmove"; prints "depth nodes centiseconds" (nodes and time of the whole
 # search are on the last info line).
 uci_search() {

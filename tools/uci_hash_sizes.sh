@@ -12,20 +12,13 @@ sizes=("$@")
 [ ${#sizes[@]} -gt 0 ] || sizes=(1 16 256 1024)
 now() { date +%s%N; }
 ms() { echo $((($2 - $1) / 1000000)); }
+# shellcheck source=tools/engine_pipe.sh
+. "$(dirname "$0")/engine_pipe.sh"
 
 printf '%8s %14s %18s %16s\n' Hash "resident MiB" "start to readyok" "ucinewgame"
 for size in "${sizes[@]}"; do
   start=$(now)
   coproc ENGINE { exec "$engine" 2>/dev/null; }
-  send() { printf '%s\n' "$@" >&"${ENGINE[1]}"; }
-  await() {
-    local line
-    while IFS= read -r -t 120 line <&"${ENGINE[0]}"; do
-      case $line in "$1"*) return 0 ;; esac
-    done
-    echo "no $1 from the engine" >&2
-    exit 2
-  }
   send uci
   await uciok
   send "setoption name Hash value $size" isready
