@@ -67,22 +67,7 @@ while [ $# -gt 0 ]; do
   esac
 done
 [[ $lines =~ ^[0-9]+$ && $interval =~ ^[0-9]+$ ]] || usage 2
-engine=$(readlink -f "$engine")
-[ -x "$engine" ] || { echo "chessx-analyse.sh: not an executable: $engine" >&2; exit 2; }
-[ -z "$pgn" ] || [ -r "$pgn" ] || { echo "chessx-analyse.sh: cannot read $pgn" >&2; exit 2; }
-needs /usr/games/chessx:chessx Xvfb:xvfb xdotool:xdotool xdpyinfo:x11-utils xwininfo:x11-utils import:imagemagick \
-  convert:imagemagick
-name=${name:-chessx-analysis-l$lines}
-mkdir -p "$out"
-out=$(cd "$out" && pwd)
-log=$out/$name.uci.log
-: >"$log"
-
-start_session chessx-analyse
-
-start_x "$display"
-
-engine_command "$engine" "$log"
+begin_run /usr/games/chessx:chessx "chessx-analysis-l$lines"
 
 # A private HOME with ChessX's settings: no first-start questions, the engine, the pane's engine
 # and move interval, the main window at 1100x600 with only the board and the game text (the saved

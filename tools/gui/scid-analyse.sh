@@ -72,23 +72,8 @@ while [ $# -gt 0 ]; do
   esac
 done
 [[ $lines =~ ^[0-9]+$ && $lines -ge 1 && $depth =~ ^[0-9]+$ && $limit =~ ^[0-9]+$ ]] || usage 2
-engine=$(readlink -f "$engine")
-[ -x "$engine" ] || { echo "scid-analyse.sh: not an executable: $engine" >&2; exit 2; }
-[ -z "$pgn" ] || [ -r "$pgn" ] || { echo "scid-analyse.sh: cannot read $pgn" >&2; exit 2; }
-needs /usr/games/scid:scid Xvfb:xvfb xdotool:xdotool xdpyinfo:x11-utils xwininfo:x11-utils import:imagemagick \
-  convert:imagemagick
 [ "$edir" = . ] || edir=$(readlink -f "$edir")
-name=${name:-scid-analysis-l$lines}
-mkdir -p "$out"
-out=$(cd "$out" && pwd)
-log=$out/$name.uci.log
-: >"$log"
-
-start_session scid-analyse
-
-start_x "$display"
-
-engine_command "$engine" "$log"
+begin_run /usr/games/scid:scid "scid-analysis-l$lines"
 
 # A private HOME with Scid's settings: the engine as engine 1, no tip of the day.
 export HOME=$work/home XDG_RUNTIME_DIR=$work/run

@@ -1,7 +1,7 @@
 # tools/gui/session.sh — what the scripts that drive an interface under Xvfb share, sourced by them:
 # the programs they need, a temporary folder and everything started in it ended on exit, waiting for a
 # window or a log line with a time limit, a screenshot taken once the windows are still, the X server,
-# and the engine's command, which logs the UCI conversation. The sourcing script sets `script` (its name
+# the engine's command, which logs the UCI conversation, and the start of a run. The sourcing script sets `script` (its name
 # for messages) and `keep` (1: keep the temporary folder) first.
 
 # needs PROGRAM:PACKAGE...: ends the script (status 2) naming the Debian package of a missing program.
@@ -84,4 +84,22 @@ engine_command() {
 exec "$repo/tools/gui/logging-engine.sh" --engine-path "$1" --log "$2" "\$@"
 EOF
   chmod +x "$work/vorlek-uci"
+}
+
+# begin_run PROGRAM:PACKAGE NAME: checks $engine and $pgn and the programs a run needs, names the run's
+# results ($name, NAME unless given; $out made absolute; $log emptied), starts the session, the X server on
+# $display and the engine's command.
+begin_run() {
+  engine=$(readlink -f "$engine")
+  [ -x "$engine" ] || { echo "$script: not an executable: $engine" >&2; exit 2; }
+  [ -z "$pgn" ] || [ -r "$pgn" ] || { echo "$script: cannot read $pgn" >&2; exit 2; }
+  needs "$1" Xvfb:xvfb xdotool:xdotool xdpyinfo:x11-utils xwininfo:x11-utils import:imagemagick convert:imagemagick
+  name=${name:-$2}
+  mkdir -p "$out"
+  out=$(cd "$out" && pwd)
+  log=$out/$name.uci.log
+  : >"$log"
+  start_session "${script%.sh}"
+  start_x "$display"
+  engine_command "$engine" "$log"
 }
