@@ -1,8 +1,8 @@
 # tools/gui/session.sh — what the scripts that drive an interface under Xvfb share, sourced by them:
 # the programs they need, a temporary folder and everything started in it ended on exit, waiting for a
 # window or a log line with a time limit, a screenshot taken once the windows are still, the X server,
-# the engine's command, which logs the UCI conversation, and the start of a run. The sourcing script sets `script` (its name
-# for messages) and `keep` (1: keep the temporary folder) first.
+# the engine's command, which logs the UCI conversation, and the start of a run. The sourcing script
+# sets `script` (its name for messages) and `keep` (1: keep the temporary folder) first.
 
 # needs PROGRAM:PACKAGE...: ends the script (status 2) naming the Debian package of a missing program.
 needs() {
