@@ -187,21 +187,6 @@ std::string WithoutTimes(const std::string& output) {
   return std::regex_replace(output, std::regex("^( .{10}).{7}", std::regex::multiline), "$1TIME");
 }
 
-// A refused set-up keeps its new pieces under the initial position's key, so the book's moves, found by
-// that key, are made on a board they do not fit: a man of code 7 appears. The searches that follow still
-// count every node as the move rules say.
-TEST(Search, BookMovesOnARefusedSetUpThenSearches) {
-  std::string input = HANDSHAKE + "setboard 4k3/8/8/8/8/8/8/R3K3 w - - 101 60\ntime 0\notim 0\n";
-  for (int i = 0; i < 12; ++i) input += "go\n";
-  const EngineRun run = RunWithInput(input, "d2d4 g8f6 c2c4 g7g6 b1c3 f8g7 e2e4 d7d6 g1f3 e8g8\n");
-  ExpectCleanExit(run);
-  EXPECT_EQ(WithoutTimes(run.output), FEATURE_LINE +
-                                          "move d2d4 \nmove g8f6 \nmove c2c4 \nmove g7g6 \nmove b1c3 \nmove f8g7 \n"
-                                          "move e2e4 \nmove d7d6 \nmove g1f3 \nmove e8g8 \n"
-                                          "  1     544TIME          65 g8h8  \n\nmove g8h8 \n"
-                                          "  1    -552TIME          35 f6g4  \n\nmove f6g4 \n");
-}
-
 // The generators take the kings from the planes type1 and type2 alone, as the check test does: after the
 // book's moves on a refused set-up, the man of code 7 on g1 moves as a king, and the engine plays on
 // instead of declaring a mate that is not one.
@@ -329,17 +314,6 @@ TEST(Book, MissingBookNamesTheWorkingFolderOnStandardError) {
   EXPECT_EQ(run.output, FEATURE_LINE + "File delle aperture non trovato!\n");
   EXPECT_NE(run.errors.find("Aperture.txt non trovato nella cartella di lavoro " + run.folder + ":"), std::string::npos)
       << run.errors;
-}
-
-// The build puts the shipped book beside the engine, so an interface that starts the engine in the engine's
-// own folder finds it.
-TEST(Book, TheBuiltEngineFindsTheShippedBookInItsOwnFolder) {
-  const std::string binary = VORLEK_BINARY;
-  const std::string folder = binary.substr(0, binary.rfind('/'));
-  const EngineRun run =
-      RunCommand("cd '" + folder + "' && printf 'xboard\\nprotover 2\\ngo\\nquit\\n' | ./vorlek 2>&1");
-  EXPECT_EQ(run.exitStatus, 0);
-  EXPECT_EQ(run.output.rfind(FEATURE_LINE + "move ", 0), 0u) << run.output;
 }
 
 }  // namespace

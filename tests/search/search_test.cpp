@@ -120,35 +120,6 @@ TEST(Quiesce, StandsPatAtOrAboveBetaWithoutSearching) {
   EXPECT_EQ(r.nodes, 1u);
 }
 
-// ---- the table of remembered moves ----
-
-TEST(HashTable, StoreProbeReplaceAndClear) {
-  constexpr uint64_t KEY = 0x0123456789abcdefULL;
-  constexpr Move MOVE_A = MakeMoveValue(KNIGHT, 6, 21, 0), MOVE_B = MakeMoveValue(PAWN, 12, 28, 0);
-  ClearHashTable();
-  EXPECT_EQ(ProbeHashMove(KEY), MOVE_NONE);
-  StoreHashMove(KEY, MOVE_A);
-  EXPECT_EQ(ProbeHashMove(KEY), MOVE_A);
-  for (int bit = 0; bit < 64; ++bit) EXPECT_EQ(ProbeHashMove(KEY ^ (uint64_t{1} << bit)), MOVE_NONE) << bit;
-
-  // The last store owns the index.
-  const uint64_t sameIndex = KEY ^ (uint64_t{1} << 26) ^ (uint64_t{1} << 63);
-  ASSERT_EQ(sameIndex & HASH_MASK, KEY & HASH_MASK);
-  StoreHashMove(sameIndex, MOVE_B);
-  EXPECT_EQ(ProbeHashMove(KEY), MOVE_NONE);
-  EXPECT_EQ(ProbeHashMove(sameIndex), MOVE_B);
-  StoreHashMove(KEY, MOVE_A);
-  EXPECT_EQ(ProbeHashMove(KEY), MOVE_A);
-  EXPECT_EQ(ProbeHashMove(sameIndex), MOVE_NONE);
-
-  // The clear goes by the 64-entry chunks stored into: indexes at both ends of the table and on both
-  // sides of chunk boundaries.
-  const uint64_t indexes[] = {0, 1, 63, 64, 65, 127, 4095, 4096, 1234567, HASH_MASK - 64, HASH_MASK};
-  for (const uint64_t index : indexes) StoreHashMove(index | (uint64_t{1} << 63), MOVE_B);
-  ClearHashTable();
-  for (const uint64_t index : indexes) EXPECT_EQ(ProbeHashMove(index | (uint64_t{1} << 63)), MOVE_NONE) << index;
-}
-
 // A table entry whose move does not fit the position (another position's move under a colliding key,
 // or garbage) changes neither the result nor the position.
 TEST(SearchHashMove, MoveThatDoesNotFitThePositionIsIgnored) {
@@ -173,6 +144,20 @@ TEST(SearchHashMove, MoveThatDoesNotFitThePositionIsIgnored) {
 }
 
 // ---- time and thinking output ----
+
+// No iteration begins once the iteration limit has passed: with the limit at 0, the search is one iteration.
+TEST(Deepening, BeginsNoIterationPastItsLimit) {
+  NewGameFrom(KIWIPETE);
+  struct : IterationListener {
+    int count = 0;
+    void Finished(const Iteration&) override { ++count; }
+  } counter;
+  SearchLimits limits;
+  limits.iterationLimit = 0;
+  limits.maxDepth = 4;
+  EXPECT_NE(IterativeDeepening(limits, counter), MOVE_NONE);
+  EXPECT_EQ(counter.count, 1);
+}
 
 struct AllotmentCase {
   int levelMoves, engineTime, opponentTime, ply, side;  // clocks in centiseconds

@@ -7,9 +7,6 @@
 
 namespace vorlek::test {
 
-// Square index of a real square name ("a1" is 0, "e4" is 28, "h8" is 63).
-constexpr int Sq(const char* name) { return (name[0] - 'a') + 8 * (name[1] - '1'); }
-
 // The initial position as the first record of the stack, with `current` on it.
 void SetUpInitialPosition();
 

@@ -63,8 +63,8 @@ class UciMultiPv : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(UciMultiPv, EachLineIsExactAndTheyAreSorted) {
   const std::string fen = GetParam();
-  const std::vector<Line> lines =
-      LastIteration(RunUci("setoption name MultiPV value 3\nposition fen " + fen + "\ngo depth 4\n"));
+  const std::string output = RunUci("setoption name MultiPV value 3\nposition fen " + fen + "\ngo depth 4\n");
+  const std::vector<Line> lines = LastIteration(output);
   ASSERT_EQ(lines.size(), 3u);
   std::set<std::string> moves;
   for (size_t k = 0; k < lines.size(); ++k) {
@@ -80,7 +80,6 @@ TEST_P(UciMultiPv, EachLineIsExactAndTheyAreSorted) {
   }
   EXPECT_EQ(moves.size(), 3u);
   // The move played is the best line's.
-  const std::string output = RunUci("setoption name MultiPV value 3\nposition fen " + fen + "\ngo depth 4\n");
   EXPECT_EQ(output.substr(output.rfind("bestmove ") + 9, 4), FirstMove(lines[0].pv));
 }
 

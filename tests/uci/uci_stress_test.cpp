@@ -4,21 +4,20 @@
 // ThreadSanitizer presets: with no report).
 #include <gtest/gtest.h>
 
-#include <cstdint>
+#include <iterator>
+#include <regex>
 #include <string>
 
+#include "support/board_helpers.h"
 #include "support/engine_process.h"
 
 namespace vorlek::test {
 namespace {
 
-int CountLines(const std::string& output, const std::string& prefix) {
-  int count = 0;
-  for (size_t at = 0; at < output.size(); at = output.find('\n', at) + 1) {
-    if (output.compare(at, prefix.size(), prefix) == 0) ++count;
-    if (output.find('\n', at) == std::string::npos) break;
-  }
-  return count;
+// The lines of an output that begin with `prefix`.
+long CountLines(const std::string& output, const std::string& prefix) {
+  const std::regex line("^" + prefix, std::regex::multiline);
+  return std::distance(std::sregex_iterator(output.begin(), output.end(), line), std::sregex_iterator());
 }
 
 class UciStress : public ::testing::TestWithParam<bool> {};
@@ -48,20 +47,16 @@ TEST_P(UciStress, EveryGoGetsOneBestMove) {
       "uci",
       "position fen 8/8/8/8/8/8/8/8 w - - 0 1",
   };
-  uint64_t seed = quitAtTheEnd ? 12345 : 678;
-  auto next = [&](uint64_t n) {
-    seed = seed * 6364136223846793005ULL + 1442695040888963407ULL;
-    return (seed >> 33) % n;
-  };
+  Random random(quitAtTheEnd ? 12345 : 678);
   EngineSession engine(VORLEK_UCI_BINARY, {});
   std::string commands = "setoption name Hash value 8\n";
-  int goes = 0, readies = 0;
+  long goes = 0, readies = 0;
   for (int i = 0; i < 300; ++i) {
-    if (next(3) == 0) {
-      commands += std::string(GOES[next(std::size(GOES))]) + "\n";
+    if (random.Below(3) == 0) {
+      commands += std::string(GOES[random.Below(std::size(GOES))]) + "\n";
       ++goes;
     } else {
-      const std::string other = OTHERS[next(std::size(OTHERS))];
+      const std::string other = OTHERS[random.Below(std::size(OTHERS))];
       commands += other + "\n";
       readies += other == "isready";
     }
