@@ -5,7 +5,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 namespace vorlek::fuzz {
 
@@ -20,7 +22,10 @@ inline FILE* EnterWorkFolder(const char* book) {
     std::exit(1);
   }
   workFolder = folder;
-  std::atexit([] { static_cast<void>(std::system(("rm -rf '" + workFolder + "'").c_str())); });
+  std::atexit([] {
+    std::error_code ignored;
+    std::filesystem::remove_all(workFolder, ignored);
+  });
   FILE* file = std::fopen("Aperture.txt", "w");
   if (!file) std::exit(1);
   std::fputs(book, file);

@@ -13,6 +13,8 @@ namespace {
 
 constexpr int64_t MICROSECONDS_PER_MILLISECOND = 1000;
 
+bool HasClock(const GoRequest& r) { return r.time[0] >= 0 || r.time[1] >= 0; }
+
 }  // namespace
 
 GoRequest ParseGo(const std::string& arguments, std::string& ignored) {
@@ -65,11 +67,11 @@ GoRequest ParseGo(const std::string& arguments, std::string& ignored) {
 
 bool PlaysAGameMove(const GoRequest& r) {
   return !r.infinite && !r.ponder && r.depth == 0 && r.nodes == 0 && r.mate == 0 && r.searchMoves.empty() &&
-         (r.time[0] >= 0 || r.time[1] >= 0);
+         HasClock(r);
 }
 
 bool WaitsForStop(const GoRequest& r) {
-  const bool limited = r.time[0] >= 0 || r.time[1] >= 0 || r.moveTime >= 0 || r.depth > 0 || r.nodes > 0 || r.mate > 0;
+  const bool limited = HasClock(r) || r.moveTime >= 0 || r.depth > 0 || r.nodes > 0 || r.mate > 0;
   return r.infinite || r.ponder || !limited;
 }
 

@@ -41,16 +41,11 @@
 set -euo pipefail
 
 repo=$(cd "$(dirname "$(readlink -f "$0")")/../.." && pwd)
-script=chessx-analyse.sh
 # shellcheck source=tools/gui/session.sh
 . "$repo/tools/gui/session.sh"
 engine=$repo/build/release/vorlek-uci
 lines=1 interval=10000 pgn='' edir='' out=$PWD name='' display=:77 keep=0
 
-usage() {   # usage STATUS: the comment at the top, up to "What it does"
-  awk 'NR > 1 && /^# What it does/ {exit} NR > 1 {sub(/^# ?/, ""); print}' "$0" >&$(($1 == 0 ? 1 : 2))
-  exit "$1"
-}
 while [ $# -gt 0 ]; do
   case $1 in
     --engine-path) engine=$2; shift 2 ;;
@@ -63,7 +58,7 @@ while [ $# -gt 0 ]; do
     --display) display=$2; shift 2 ;;
     --keep) keep=1; shift ;;
     -h|--help) usage 0 ;;
-    *) echo "chessx-analyse.sh: unknown argument $1" >&2; usage 2 ;;
+    *) echo "$script: unknown argument $1" >&2; usage 2 ;;
   esac
 done
 [[ $lines =~ ^[0-9]+$ && $interval =~ ^[0-9]+$ ]] || usage 2
@@ -74,9 +69,7 @@ begin_run /usr/games/chessx:chessx "chessx-analysis-l$lines"
 # state of its docks), the pane as a window of 1100x170 just below it.
 export HOME=$work/home
 export XDG_CONFIG_HOME=$HOME/.config XDG_DATA_HOME=$HOME/.local/share XDG_CACHE_HOME=$HOME/.cache
-export XDG_RUNTIME_DIR=$work/run
-mkdir -p "$XDG_CONFIG_HOME/chessx" "$XDG_DATA_HOME" "$XDG_RUNTIME_DIR"
-chmod 700 "$XDG_RUNTIME_DIR"
+mkdir -p "$XDG_CONFIG_HOME/chessx" "$XDG_DATA_HOME"
 ini=$XDG_CONFIG_HOME/chessx/chessx.ini
 {
   cat <<EOF
@@ -134,7 +127,6 @@ fi
 
 # The pane's controls, from the left and right of its window: Lines (57,34), Analyze/Stop (W-45,34).
 pane_width=$(xwininfo -id "$pane" | awk '/Width:/ {print $2}')
-click() { xdotool mousemove --window "$pane" "$1" "$2" click 1; }
 click 57 34
 xdotool key ctrl+a
 xdotool type "$lines"
@@ -146,5 +138,4 @@ poll $((interval / 1000 + 120)) "bestmove in $log" grep -q '<< bestmove' "$log"
 shot "$out/$name.png" 0 0 1100 770
 click $((pane_width - 45)) 34                     # Stop: ChessX sends "quit"
 poll 30 "end of the engine in $log" grep -q '## engine exited' "$log"
-echo "screenshot: $out/$name.png"
-echo "UCI log:    $log"
+end_run

@@ -45,16 +45,11 @@
 set -euo pipefail
 
 repo=$(cd "$(dirname "$(readlink -f "$0")")/../.." && pwd)
-script=scid-analyse.sh
 # shellcheck source=tools/gui/session.sh
 . "$repo/tools/gui/session.sh"
 engine=$repo/build/release/vorlek-uci
 lines=1 depth=8 limit=300 pgn='' edir=. out=$PWD name='' display=:77 keep=0
 
-usage() {   # usage STATUS: the comment at the top, up to "What it does"
-  awk 'NR > 1 && /^# What it does/ {exit} NR > 1 {sub(/^# ?/, ""); print}' "$0" >&$(($1 == 0 ? 1 : 2))
-  exit "$1"
-}
 while [ $# -gt 0 ]; do
   case $1 in
     --engine-path) engine=$2; shift 2 ;;
@@ -68,7 +63,7 @@ while [ $# -gt 0 ]; do
     --display) display=$2; shift 2 ;;
     --keep) keep=1; shift ;;
     -h|--help) usage 0 ;;
-    *) echo "scid-analyse.sh: unknown argument $1" >&2; usage 2 ;;
+    *) echo "$script: unknown argument $1" >&2; usage 2 ;;
   esac
 done
 [[ $lines =~ ^[0-9]+$ && $lines -ge 1 && $depth =~ ^[0-9]+$ && $limit =~ ^[0-9]+$ ]] || usage 2
@@ -76,9 +71,8 @@ done
 begin_run /usr/games/scid:scid "scid-analysis-l$lines"
 
 # A private HOME with Scid's settings: the engine as engine 1, no tip of the day.
-export HOME=$work/home XDG_RUNTIME_DIR=$work/run
-mkdir -p "$HOME/.scid4.7/config" "$XDG_RUNTIME_DIR"
-chmod 700 "$XDG_RUNTIME_DIR"
+export HOME=$work/home
+mkdir -p "$HOME/.scid4.7/config"
 cat >"$HOME/.scid4.7/config/engines.dat" <<EOF
 engine {
   Name Vorlek
@@ -118,7 +112,6 @@ poll 30 "uciok in $log" grep -q '<< uciok' "$log"
 # The toolbar is the bottom row of the analysis window: the start/stop button at x=18, the arrows
 # of "Lines" at x=211 (up 24 px, down 14 px above the bottom).
 pane_height=$(xwininfo -id "$pane" | awk '/Height:/ {print $2}')
-click() { xdotool mousemove --window "$pane" "$1" "$2" click 1; }
 if [ "$lines" -gt 1 ]; then
   if ! grep -qi '<< option name MultiPV ' "$log"; then
     echo "scid-analyse.sh: the engine declares no MultiPV option, so Scid offers one line" >&2
@@ -141,5 +134,4 @@ eval "$(xdotool getwindowgeometry --shell "$main")"
 shot "$out/$name.png" "$X" "$Y" "$WIDTH" "$HEIGHT"
 click 18 $((pane_height - 20))                          # stop
 poll 30 "bestmove in $log" grep -q '<< bestmove' "$log"
-echo "screenshot: $out/$name.png"
-echo "UCI log:    $log"
+end_run

@@ -1,8 +1,19 @@
 # tools/gui/session.sh — what the scripts that drive an interface under Xvfb share, sourced by them:
 # the programs they need, a temporary folder and everything started in it ended on exit, waiting for a
 # window or a log line with a time limit, a screenshot taken once the windows are still, the X server,
-# the engine's command, which logs the UCI conversation, and the start of a run. The sourcing script
-# sets `script` (its name for messages) and `keep` (1: keep the temporary folder) first.
+# the engine's command, which logs the UCI conversation, the start and the end of a run. The sourcing
+# script sets `keep` (1: keep the temporary folder) first.
+
+script=$(basename "$0")
+
+# usage STATUS: the comment at the top of the script, up to "What it does".
+usage() {
+  awk 'NR > 1 && /^# What it does/ {exit} NR > 1 {sub(/^# ?/, ""); print}' "$0" >&$(($1 == 0 ? 1 : 2))
+  exit "$1"
+}
+
+# click X Y: a left click at that place in the window $pane.
+click() { xdotool mousemove --window "$pane" "$1" "$2" click 1; }
 
 # needs PROGRAM:PACKAGE...: ends the script (status 2) naming the Debian package of a missing program.
 needs() {
@@ -87,8 +98,8 @@ EOF
 }
 
 # begin_run PROGRAM:PACKAGE NAME: checks $engine and $pgn and the programs a run needs, names the run's
-# results ($name, NAME unless given; $out made absolute; $log emptied), starts the session, the X server on
-# $display and the engine's command.
+# results ($name, NAME unless given; $out made absolute; $log emptied), starts the session, a private runtime
+# folder, the X server on $display and the engine's command.
 begin_run() {
   engine=$(readlink -f "$engine")
   [ -x "$engine" ] || { echo "$script: not an executable: $engine" >&2; exit 2; }
@@ -100,6 +111,15 @@ begin_run() {
   log=$out/$name.uci.log
   : >"$log"
   start_session "${script%.sh}"
+  export XDG_RUNTIME_DIR=$work/run
+  mkdir -p "$XDG_RUNTIME_DIR"
+  chmod 700 "$XDG_RUNTIME_DIR"
   start_x "$display"
   engine_command "$engine" "$log"
+}
+
+# end_run: says where the results are.
+end_run() {
+  echo "screenshot: $out/$name.png"
+  echo "UCI log:    $log"
 }
