@@ -11,32 +11,15 @@
 #include <vector>
 
 #include "support/engine_process.h"
+#include "support/uci_output.h"
 
 namespace vorlek::test {
 namespace {
 
-struct Line {
-  int depth, multipv;
-  std::string score;
-  unsigned long long nodes;
-  std::string pv;
-};
-
-// The info lines of an output, with their line number (0 when the line has none).
-std::vector<Line> Lines(const std::string& output) {
-  static const std::regex LINE(
-      R"(info depth (\d+)(?: multipv (\d+))? score (\S+ \S+) time \d+ nodes (\d+) nps \d+(?: pv (.*))?)");
-  std::vector<Line> lines;
-  for (std::sregex_iterator it(output.begin(), output.end(), LINE), end; it != end; ++it)
-    lines.push_back(
-        {std::stoi((*it)[1]), (*it)[2].matched ? std::stoi((*it)[2]) : 0, (*it)[3], std::stoull((*it)[4]), (*it)[5]});
-  return lines;
-}
-
 // The lines of the last iteration, in the order printed.
-std::vector<Line> LastIteration(const std::string& output) {
-  std::vector<Line> all = Lines(output), last;
-  for (const Line& l : all)
+std::vector<Info> LastIteration(const std::string& output) {
+  std::vector<Info> all = Infos(output), last;
+  for (const Info& l : all)
     if (l.depth == all.back().depth) last.push_back(l);
   return last;
 }
@@ -50,7 +33,6 @@ std::string RunUci(const std::string& commands) {
   return run.output;
 }
 
-std::string FirstMove(const std::string& pv) { return pv.substr(0, pv.find(' ')); }
 int Centipawns(const std::string& score) { return std::stoi(score.substr(3)); }
 
 const std::string MIDDLEGAME = "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10";
@@ -64,7 +46,7 @@ class UciMultiPv : public ::testing::TestWithParam<std::string> {};
 TEST_P(UciMultiPv, EachLineIsExactAndTheyAreSorted) {
   const std::string fen = GetParam();
   const std::string output = RunUci("setoption name MultiPV value 3\nposition fen " + fen + "\ngo depth 4\n");
-  const std::vector<Line> lines = LastIteration(output);
+  const std::vector<Info> lines = LastIteration(output);
   ASSERT_EQ(lines.size(), 3u);
   std::set<std::string> moves;
   for (size_t k = 0; k < lines.size(); ++k) {
@@ -74,13 +56,13 @@ TEST_P(UciMultiPv, EachLineIsExactAndTheyAreSorted) {
     }
     const std::string move = FirstMove(lines[k].pv);
     moves.insert(move);
-    const std::vector<Line> alone = Lines(RunUci("position fen " + fen + " moves " + move + "\ngo depth 3\n"));
+    const std::vector<Info> alone = Infos(RunUci("position fen " + fen + " moves " + move + "\ngo depth 3\n"));
     ASSERT_FALSE(alone.empty());
     EXPECT_EQ(Centipawns(lines[k].score), -Centipawns(alone.back().score)) << move;
   }
   EXPECT_EQ(moves.size(), 3u);
   // The move played is the best line's.
-  EXPECT_EQ(output.substr(output.rfind("bestmove ") + 9, 4), FirstMove(lines[0].pv));
+  EXPECT_EQ(BestMove(output).substr(9, 4), FirstMove(lines[0].pv));
 }
 
 INSTANTIATE_TEST_SUITE_P(Positions, UciMultiPv, ::testing::Values(MIDDLEGAME, KIWIPETE, ENDGAME));
@@ -89,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(Positions, UciMultiPv, ::testing::Values(MIDDLEGAME, KI
 // lines are searched in (each after the first begins with the move that held its place in the iteration
 // before, and the best line's move goes back into the root's entry).
 TEST(UciMultiPvNodes, AreASignature) {
-  const std::vector<Line> lines =
+  const std::vector<Info> lines =
       LastIteration(RunUci("setoption name MultiPV value 3\nposition fen " + MIDDLEGAME + "\ngo depth 5\n"));
   ASSERT_EQ(lines.size(), 3u);
   EXPECT_EQ(lines[0].nodes, 766864u);
@@ -111,7 +93,7 @@ TEST(UciMultiPvFewMoves, ShowsEveryLegalMove) {
       RunUci("setoption name MultiPV value 5\nposition fen 7k/8/8/8/8/8/8/K7 w - - 0 1\ngo depth 3\n");
   for (int depth = 1; depth <= 3; ++depth) {
     std::multiset<std::string> moves;
-    for (const Line& l : Lines(output))
+    for (const Info& l : Infos(output))
       if (l.depth == depth) moves.insert(FirstMove(l.pv));
     EXPECT_EQ(moves, (std::multiset<std::string>{"a1a2", "a1b1", "a1b2"})) << depth;
   }
@@ -134,15 +116,15 @@ TEST_P(UciSearchMoves, RestrictTheRoot) {
   const SearchMovesCase& c = GetParam();
   const std::string output = RunUci(c.commands);
   EXPECT_NE(output.find(c.said), std::string::npos) << output;
-  const std::vector<Line> lines = Lines(output);
+  const std::vector<Info> lines = Infos(output);
   ASSERT_FALSE(lines.empty());
-  for (const Line& l : lines) {
+  for (const Info& l : lines) {
     if (!c.allowed.empty()) {
       EXPECT_EQ(c.allowed.count(FirstMove(l.pv)), 1u) << l.pv;
     }
   }
   EXPECT_EQ(LastIteration(output).size(), c.linesPerDepth);
-  const std::string best = output.substr(output.rfind("bestmove ") + 9, 4);
+  const std::string best = BestMove(output).substr(9, 4);
   if (!c.allowed.empty()) {
     EXPECT_EQ(c.allowed.count(best), 1u) << best;
   }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "support/engine_process.h"
+#include "support/uci_output.h"
 
 namespace vorlek::test {
 namespace {
@@ -37,30 +38,7 @@ std::string Session(const std::string& commands, const std::optional<std::string
   return run.output;
 }
 
-struct Info {
-  int depth;
-  std::string score;  // "cp 20", "mate 1"
-  unsigned long long nodes;
-  std::string pv;
-  bool operator==(const Info&) const = default;
-};
-void PrintTo(const Info& i, std::ostream* os) { *os << i.depth << " " << i.score << " " << i.nodes << " " << i.pv; }
-
-// The "info depth" lines of an output, without the time and the speed.
-std::vector<Info> Infos(const std::string& output) {
-  static const std::regex LINE(R"(info depth (\d+) score (\S+ \S+) time \d+ nodes (\d+) nps \d+(?: pv (.*))?)");
-  std::vector<Info> infos;
-  for (std::sregex_iterator it(output.begin(), output.end(), LINE), end; it != end; ++it)
-    infos.push_back({std::stoi((*it)[1]), (*it)[2], std::stoull((*it)[3]), (*it)[4]});
-  return infos;
-}
-
 const std::string MIDDLEGAME = "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10";
-
-std::string BestMove(const std::string& output) {
-  const size_t at = output.rfind("bestmove ");
-  return at == std::string::npos ? "" : output.substr(at, output.find('\n', at) - at);
-}
 
 // UciReplies from the start of a session, book messages included: the handshake, lines that are no command,
 // and books that cannot be used, after which the engine still plays, from no book.
